@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Installs what the build needs on a Debian 12 machine, and nothing when all is there.
+set -euo pipefail
+
+packages=(cmake ninja-build g++ git
+          libfmt-dev nlohmann-json3-dev libcli11-dev
+          libgtest-dev libgmock-dev libbenchmark-dev
+          libxml2-utils nodejs npm)
+
+missing=()
+for p in "${packages[@]}"; do
+  if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed'; then
+    missing+=("$p")
+  fi
+done
+# The machine may ship Node.js with its own npm (not the Debian package).
+if command -v npm >/dev/null 2>&1; then
+  missing=("${missing[@]/npm}")
+fi
+if command -v node >/dev/null 2>&1; then
+  missing=("${missing[@]/nodejs}")
+fi
+read -r -a missing <<< "${missing[*]:-}"
+
+if [ "${#missing[@]}" -gt 0 ]; then
+  echo "setup: installing ${missing[*]}"
+  sudo_cmd=()
+  [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)
+  export DEBIAN_FRONTEND=noninteractive
+  if ! "${sudo_cmd[@]}" apt-get install -y --no-install-recommends "${missing[@]}"; then
+    "${sudo_cmd[@]}" apt-get update
+    "${sudo_cmd[@]}" apt-get install -y --no-install-recommends "${missing[@]}"
+  fi
+fi
+
+# Front-end packages come from the committed lock file.
+root=$(cd "$(dirname "$0")/.." && pwd)
+if [ -f "$root/package-lock.json" ]; then
+  if [ ! -d "$root/node_modules" ] || [ "$root/package-lock.json" -nt "$root/node_modules/.package-lock.json" ]; then
+    (cd "$root" && npm ci --no-audit --no-fund)
+  fi
+fi
