@@ -1,0 +1,75 @@
+// The system's option record and its entry functions: the one interface a
+// front end needs.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "ZoTestSuiteEnvironment.h"
+#include "ZoTestSuiteRun.h"
+#include "ZoTestSuiteTree.h"
+
+namespace TestSuite {
+
+// What governs the execution of each case. This record, and only this one,
+// travels into the work block of every case.
+struct SRunOptions {
+  bool bTrackHeap = false;
+  bool bDumpLeaks = false;
+  bool bReportMemLeak = true;
+  bool bExternal = false;
+  bool bIsolated = false;
+  bool bAssertDialog = true;
+  bool bShowThreadInfo = false;
+  bool bDebugOption0 = false;
+  bool bDebugOption1 = false;
+  bool bDebugOption2 = false;
+  bool bParallel = false;
+  unsigned int uiThreadCount = 0;
+  unsigned int uiRepeatCount = 1;
+  unsigned int uiTimeOutSec = 0xFFFFFFFF;  // all ones: no limit
+  std::optional<std::uint64_t> oObserveID;
+  std::optional<std::uint64_t> oObserveSize;
+  bool bShowTimes = true;
+  bool bRecordStartTime = false;
+};
+
+enum EDuplicateAction : unsigned int { eListDuplicates = 0, eDeleteDuplicates = 1 };
+
+// The option table of every entry function. It belongs to the caller and
+// is only read.
+struct SSetup {
+  enum EDiffFilterMode : unsigned int { eDiffAll = 0, eDiffOnlyFailed = 1, eDiffOnlySuccessful = 2 };
+
+  CString sDataDir;
+  SCollectOptions collectOptions;
+  XbArray<SUnitTest> unitTests;
+  SRunOptions run;
+  std::optional<CString> oXmlReport;
+  std::optional<CString> oHtmlReport;
+  std::optional<CString> oLogFile;
+  bool bOpenHtmlReport = false;
+  bool bHtmlClassesOnly = false;
+  XbArray<CString> diffInputs;
+  CString sDiffOutputPath;
+  std::int32_t iMessageReportMax = 3;
+  bool bHtmlHideWarnings = true;
+  bool bFrontEndFlagA = false;
+  CString sArchiveRun;
+  std::optional<EDuplicateAction> oDuplicateAction;
+  bool bFrontEndFlagB = false;
+  XbArray<CString> dllFiles;
+  CString sMemoryId;
+  CString sRequestEventId;
+  CString sResponseEventId;
+  Run::SCallbacks callbacks;
+  CString sTimeSummaryReport;
+  CString sSelectionSourceReport;
+  std::optional<EDiffFilterMode> oDiffFilterMode;
+  bool bFrontEndFlagC = false;
+  bool bFrontEndFlagD = false;
+  CString sFrontEndText;
+  CString sRunTag;
+};
+
+}  // namespace TestSuite
