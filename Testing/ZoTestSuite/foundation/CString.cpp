@@ -183,7 +183,8 @@ int CString::Insert(int index, const wchar_t* text) {
 }
 
 int CString::Delete(int index, int count) {
-  if (index >= 0 && index < GetLength() && count > 0)
+  index = std::max(index, 0);  // a negative start deletes from the beginning
+  if (index < GetLength() && count > 0)
     m_s.erase(static_cast<std::size_t>(index), static_cast<std::size_t>(count));
   return GetLength();
 }

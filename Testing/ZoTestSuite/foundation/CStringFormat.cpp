@@ -88,32 +88,55 @@ const wchar_t* parseSpec(const wchar_t* p, SSpec& spec, CArgReader& reader) {
   p = parseLength(p, spec);
   if (!*p) formatError();
   spec.cConversion = *p;
-  // %S is the narrow text unless a length modifier says wide.
-  if (spec.cConversion == L'S' && !explicitLength) spec.bWideText = false;
+  // %S and %C are the narrow text and character unless a length modifier says wide.
+  if ((spec.cConversion == L'S' || spec.cConversion == L'C') && !explicitLength) spec.bWideText = false;
   if ((spec.cConversion == L's' || spec.cConversion == L'c') && !explicitLength) spec.bWideText = true;
   return p + 1;
 }
 
+bool hasFlag(const SSpec& spec, wchar_t flag) { return spec.sFlags.find(flag) != std::wstring::npos; }
+
+// A zero value at precision 0 has no digits in C ({fmt} would print "0"):
+// only the sign flag's character, or the "0" that '#' demands of octal.
+std::wstring renderZeroWithoutDigits(const SSpec& spec, bool isSigned) {
+  std::wstring body;
+  if (spec.cConversion == L'o' && hasFlag(spec, L'#')) body = L"0";
+  else if (isSigned && hasFlag(spec, L'+')) body = L"+";
+  else if (isSigned && hasFlag(spec, L' ')) body = L" ";
+  SSpec plain;
+  plain.sFlags = hasFlag(spec, L'-') ? L"-" : L"";
+  plain.iWidth = spec.iWidth;
+  return fmt::sprintf(plain.Piece(L's'), body);
+}
+
 std::wstring renderSigned(const SSpec& spec, const SFormatArg& a) {
   if (a.eKind != EKind::Signed && a.eKind != EKind::Unsigned) formatError();
-  const std::wstring piece = spec.Piece(L'd');
+  std::int64_t value;
   switch (spec.iBits) {
-    case 8: return fmt::sprintf(piece, static_cast<int>(static_cast<signed char>(a.u)));
-    case 16: return fmt::sprintf(piece, static_cast<int>(static_cast<std::int16_t>(a.u)));
-    case 64: return fmt::sprintf(piece, static_cast<std::int64_t>(a.u));
-    default: return fmt::sprintf(piece, static_cast<std::int32_t>(a.u));
+    case 8: value = static_cast<signed char>(a.u); break;
+    case 16: value = static_cast<std::int16_t>(a.u); break;
+    case 64: value = static_cast<std::int64_t>(a.u); break;
+    default: value = static_cast<std::int32_t>(a.u); break;
   }
+  if (spec.iPrecision == 0 && value == 0) return renderZeroWithoutDigits(spec, true);
+  return fmt::sprintf(spec.Piece(L'd'), value);
 }
 
 std::wstring renderUnsigned(const SSpec& spec, const SFormatArg& a) {
   if (a.eKind != EKind::Signed && a.eKind != EKind::Unsigned) formatError();
-  const std::wstring piece = spec.Piece(spec.cConversion);
+  std::uint64_t value;
   switch (spec.iBits) {
-    case 8: return fmt::sprintf(piece, static_cast<unsigned>(static_cast<std::uint8_t>(a.u)));
-    case 16: return fmt::sprintf(piece, static_cast<unsigned>(static_cast<std::uint16_t>(a.u)));
-    case 64: return fmt::sprintf(piece, static_cast<std::uint64_t>(a.u));
-    default: return fmt::sprintf(piece, static_cast<std::uint32_t>(a.u));
+    case 8: value = static_cast<std::uint8_t>(a.u); break;
+    case 16: value = static_cast<std::uint16_t>(a.u); break;
+    case 64: value = a.u; break;
+    default: value = static_cast<std::uint32_t>(a.u); break;
   }
+  if (spec.iPrecision == 0 && value == 0) return renderZeroWithoutDigits(spec, false);
+  // The sign flags belong to signed conversions; C ignores them here.
+  SSpec unsignedSpec = spec;
+  std::erase(unsignedSpec.sFlags, L'+');
+  std::erase(unsignedSpec.sFlags, L' ');
+  return fmt::sprintf(unsignedSpec.Piece(spec.cConversion), value);
 }
 
 std::wstring renderText(const SSpec& spec, const SFormatArg& a) {
@@ -145,7 +168,7 @@ std::wstring renderPointer(const SSpec& spec, const SFormatArg& a) {
   else if (a.eKind == EKind::Signed || a.eKind == EKind::Unsigned) value = a.u;
   else formatError();
   SSpec plain;
-  plain.sFlags = spec.sFlags.find(L'-') != std::wstring::npos ? L"-" : L"";
+  plain.sFlags = hasFlag(spec, L'-') ? L"-" : L"";
   plain.iWidth = spec.iWidth;
   return fmt::sprintf(plain.Piece(L's'), fmt::format(L"{:016X}", value));
 }

@@ -2,6 +2,18 @@
 // all its XML files. A whole file is parsed into a tree of
 // reference-counted nodes; every failed look-up gives the empty node, on
 // which every operation is safe and yields nothing.
+//
+// Texts are narrow: the bytes of the file, UTF-8 passed through, entities
+// and numeric references decoded (a reference becomes one byte, the low
+// eight bits of its value). Names are compared without regard to ASCII
+// case. The reader checks little beyond the balance of tags; it does not
+// validate and knows no namespaces. Declarations ("<?" ... "?>") have no
+// close tag and hold what follows them as their children. Comments, CDATA,
+// DOCTYPE, "<PRE>" and "<Script>" blocks are clears: kept verbatim, apart
+// from the texts.
+//
+// Reference counts are not atomic and parses must not overlap: a tree
+// belongs to one thread.
 #pragma once
 
 namespace TestSuite {
@@ -22,6 +34,11 @@ enum XMLError {
   eXMLErrorCharConversionError = 15,
 };
 
+// Line and column count from 1 in the parsed text (behind a byte-order
+// mark; for a UTF-16 file in its UTF-8 conversion), by characters. For
+// error 1 they name the end of the last complete tag, for other parse
+// errors the first byte of the fault. Errors found before a parse (2, 11,
+// 12, 15) and error 13 have line and column 0, as has success.
 struct XMLResults {
   XMLError error = eXMLErrorNone;
   int nLine = 0;
@@ -37,15 +54,22 @@ class XMLNode {
   XMLNode& operator=(const XMLNode& other);
   ~XMLNode();
 
-  // Reads and parses a whole file. `firstTag`, if given, is searched for
-  // (also inside declarations) and becomes the result. Never throws for bad
-  // input: the error is reported in `results` and the empty node returned.
+  // Reads and parses a whole file; UTF-16 files (with a byte-order mark,
+  // or recognised by their zero bytes) are converted to UTF-8. The result
+  // is the document: its only element if there is just one, else a root
+  // without name. `firstTag`, if given, is searched for (also inside
+  // declarations) and becomes the result. Never throws for bad input: the
+  // error is reported in `results`, if given. With error 1 the tree is
+  // returned; with any other error the empty node.
   static XMLNode parseFile(const wchar_t* path, const char* firstTag = nullptr, XMLResults* results = nullptr);
-  // The same on text already in memory (UTF-8 or 8-bit).
+  // The same on zero-terminated text already in memory (UTF-8 or 8-bit):
+  // null is error 11, an empty text error 2.
   static XMLNode parseString(const char* text, const char* firstTag = nullptr, XMLResults* results = nullptr);
 
   bool isEmpty() const { return m_data == nullptr; }
   const char* getName() const;          // null on the empty node and the document root
+  // The index-th run of text, trimmed at its end; an element holding only
+  // white space has none.
   const char* getText(int index = 0) const;  // null if there is no such text
   int nText() const;
   int nClear() const;
@@ -54,7 +78,11 @@ class XMLNode {
   int getChildCount(const char* name) const;
   XMLNode getChildNode(int index) const;
   XMLNode getChildNode(const char* name, int index) const;
+  // The next child of that name from *position on; *position is then set
+  // behind it. A failed search leaves *position alone.
   XMLNode getChildNode(const char* name, int* position = nullptr) const;
+  // The value (null for an attribute without "=", and when absent), with
+  // the same iteration as getChildNode.
   const char* getAttribute(const char* name, int* position = nullptr) const;
   int nAttribute() const;
   bool isDeclaration() const;

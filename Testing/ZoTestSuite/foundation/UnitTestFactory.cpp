@@ -1,0 +1,19 @@
+// UnitTestFactory: making test instances and finding subtests by name.
+#include "UnitTestFactory.h"
+
+std::unique_ptr<ZoUnitTest> CreateUnitTestInstance(const CString& className) {
+  const XbRTTI::FnCreate create = XbRTTI::getCreate(className);
+  if (!create) return nullptr;
+  std::unique_ptr<IObject> object = create();
+  auto* test = dynamic_cast<ZoUnitTest*>(object.get());
+  if (!test) return nullptr;  // `object` destroys what is no test
+  object.release();
+  return std::unique_ptr<ZoUnitTest>(test);
+}
+
+std::optional<unsigned int> FindSubtestIndex(const ZoUnitTest& test, const CString& name) {
+  for (unsigned int i = 0; i < test.GetSubtestCount(); ++i) {
+    if (test.GetSubtestName(i) == name) return i;
+  }
+  return std::nullopt;
+}

@@ -1,0 +1,114 @@
+#include "ZoFileSystem.h"
+
+#include <optional>
+#include <string>
+
+#include "platform/Files.h"
+
+namespace Files = ZoPlatform::Files;
+
+namespace {
+
+std::string toSystem(const CString& path) { return path.ToUtf8(); }
+CString fromSystem(const std::string& path) { return CString(std::string_view(path)); }
+
+CString withSeparator(CString directory) {
+  if (directory.IsEmpty() || directory[directory.GetLength() - 1] != L'/') directory += L'/';
+  return directory;
+}
+
+// The value of an environment variable that names a directory; an unset or
+// empty variable is none.
+std::optional<CString> directoryFromEnvironment(const char* name) {
+  const auto value = Files::GetEnvironmentVariable(name);
+  if (!value || value->empty()) return std::nullopt;
+  return withSeparator(fromSystem(*value));
+}
+
+CString home() { return withSeparator(fromSystem(Files::GetHomeDirectory())); }
+
+CString temporaryDirectory() { return directoryFromEnvironment("TMPDIR").value_or(CString(L"/tmp/")); }
+
+CString documentsDirectory() {
+  if (auto documents = directoryFromEnvironment("XDG_DOCUMENTS_DIR")) return *documents;
+  const CString documents = home() + L"Documents/";
+  return ZoFileSystem::IsDirectory(documents) ? documents : home();
+}
+
+CString executableDirectory() {
+  const CString path = fromSystem(Files::GetExecutablePath());
+  const int slash = path.ReverseFind(L'/');
+  return slash < 0 ? CString() : path.Left(slash + 1);
+}
+
+}  // namespace
+
+bool ZoFileSystem::Exists(const CString& path) { return !path.IsEmpty() && Files::Exists(toSystem(path)); }
+
+bool ZoFileSystem::IsDirectory(const CString& path) {
+  const auto status = Files::GetStatus(toSystem(path));
+  return status && status->bDirectory;
+}
+
+bool ZoFileSystem::CreateDirectoryW(const CString& path) { return Files::MakeDirectory(toSystem(path)); }
+
+bool ZoFileSystem::DeleteFileW(const CString& path) { return Files::RemoveFile(toSystem(path)); }
+
+bool ZoFileSystem::CopyFileW(const CString& from, const CString& to, bool failIfExists) {
+  return Files::CopyFile(toSystem(from), toSystem(to), failIfExists);
+}
+
+std::int64_t ZoFileSystem::GetFileSize(const CString& path) {
+  const auto status = Files::GetStatus(toSystem(path));
+  return status && !status->bDirectory ? status->iSize : -1;
+}
+
+std::uint64_t ZoFileSystem::GetCreationTime(const CString& path) {
+  const auto status = Files::GetStatus(toSystem(path));
+  if (!status) return 0;
+  return status->uiBirthTime ? status->uiBirthTime : status->uiModificationTime;
+}
+
+XbArray<ZoFileSystem::SEntry> ZoFileSystem::ListDirectory(const CString& path) {
+  XbArray<SEntry> result;
+  std::vector<Files::SDirectoryEntry> entries;
+  if (!Files::ListDirectory(toSystem(path), entries)) return result;
+  for (const auto& entry : entries) result.Add({fromSystem(entry.sName), entry.bDirectory});
+  return result;
+}
+
+bool ZoFileSystem::ReadFile(const CString& path, std::string& bytes) {
+  return Files::ReadWholeFile(toSystem(path), bytes);
+}
+
+CString ZoFileSystem::GetDirectory(int specialDirectory) {
+  switch (specialDirectory) {
+    case eTemporary: return temporaryDirectory();
+    case eDocuments: return documentsDirectory();
+    case eLocalAppData: return directoryFromEnvironment("XDG_DATA_HOME").value_or(home() + L".local/share/");
+    case eDebugOutputRoot: return temporaryDirectory() + L"ZoTestSuiteDebug/";
+    case eExecutable: return executableDirectory();
+    default: return CString();
+  }
+}
+
+void ZoFileSystem::SplitPath(const CString& path, CString& directory, CString& name, CString& extension) {
+  const int slash = path.ReverseFind(L'/');
+  directory = path.Left(slash + 1);
+  const CString leaf = path.Mid(slash + 1);
+  const int dot = leaf.ReverseFind(L'.');
+  name = dot < 0 ? leaf : leaf.Left(dot);
+  extension = dot < 0 ? CString() : leaf.Mid(dot);
+}
+
+CString ZoFileSystem::InterpretEnvironment(const CString& text) {
+  CString result(text);
+  if (result.Find(L"%EXECUTABLE%") >= 0) result.Replace(L"%EXECUTABLE%", GetDirectory(eExecutable));
+  return result;
+}
+
+CString ZoFileSystem::GetCurrentDirectoryW() { return fromSystem(Files::GetWorkingDirectory()); }
+
+bool ZoFileSystem::SetCurrentDirectoryW(const CString& path) {
+  return !path.IsEmpty() && Files::SetWorkingDirectory(toSystem(path));
+}

@@ -1,0 +1,44 @@
+#include "ZoStreamFile.h"
+
+#include <fstream>
+#include <vector>
+
+#include "XbException.h"
+
+struct ZoStreamWriteASCIIFile::SImpl {
+  static constexpr std::size_t c_bufferSize = 1 << 16;
+  std::vector<char> buffer = std::vector<char>(c_bufferSize);
+  std::ofstream file;
+  std::string line;  // the bytes of one Write, reused
+};
+
+ZoStreamWriteASCIIFile::ZoStreamWriteASCIIFile(const CString& path, int, int, int)
+    : m_impl(std::make_unique<SImpl>()) {
+  // The buffer must be set before the file is opened to take effect.
+  m_impl->file.rdbuf()->pubsetbuf(m_impl->buffer.data(), static_cast<std::streamsize>(m_impl->buffer.size()));
+  m_impl->file.open(path.ToUtf8(), std::ios::binary | std::ios::out | std::ios::trunc);
+  if (!m_impl->file.is_open()) XB_THROW("ZoStreamWriteASCIIFile::ZoStreamWriteASCIIFile");
+}
+
+ZoStreamWriteASCIIFile::~ZoStreamWriteASCIIFile() {
+  try {
+    Close();
+  } catch (...) {
+    // A destructor reports nothing: what could be written has been.
+  }
+}
+
+void ZoStreamWriteASCIIFile::Write(const wchar_t* text, int length) {
+  if (!text || length <= 0 || !m_impl->file.is_open()) return;
+  std::string& bytes = m_impl->line;
+  bytes.resize(static_cast<std::size_t>(length));
+  for (int i = 0; i < length; ++i) {
+    const auto ch = static_cast<std::uint32_t>(text[i]);
+    bytes[static_cast<std::size_t>(i)] = ch <= 0xFF ? static_cast<char>(ch) : '?';
+  }
+  m_impl->file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+void ZoStreamWriteASCIIFile::Close() {
+  if (m_impl->file.is_open()) m_impl->file.close();
+}

@@ -1,0 +1,50 @@
+// Files: the operating system's file-system calls, by UTF-8 path, for the
+// foundation layer's file classes. Nothing here throws: a failure is false,
+// an empty result or std::nullopt.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ZoPlatform::Files {
+
+struct SFileStatus {
+  bool bDirectory = false;
+  std::int64_t iSize = 0;
+  // Microseconds since the epoch; 0 where the file system keeps no birth time.
+  std::uint64_t uiBirthTime = 0;
+  std::uint64_t uiModificationTime = 0;
+};
+
+struct SDirectoryEntry {
+  std::string sName;
+  bool bDirectory = false;
+};
+
+// Follows symbolic links; nullopt if the path names nothing reachable.
+std::optional<SFileStatus> GetStatus(const std::string& path);
+bool Exists(const std::string& path);
+// One level, with the permissions the process's umask leaves.
+bool MakeDirectory(const std::string& path);
+// Removes a file (never a directory).
+bool RemoveFile(const std::string& path);
+// Copies the bytes. With `failIfExists` an existing target is left alone
+// and the copy fails; otherwise it is replaced. Copying a file onto
+// itself fails.
+bool CopyFile(const std::string& from, const std::string& to, bool failIfExists);
+bool ReadWholeFile(const std::string& path, std::string& bytes);
+// Entries without "." and ".."; a symbolic link counts as what it points to.
+bool ListDirectory(const std::string& path, std::vector<SDirectoryEntry>& entries);
+
+std::string GetWorkingDirectory();
+bool SetWorkingDirectory(const std::string& path);
+// Absolute path of the running program; empty if it cannot be read.
+std::string GetExecutablePath();
+// The value of an environment variable; nullopt when it is unset.
+std::optional<std::string> GetEnvironmentVariable(const char* name);
+// $HOME, else the home directory of the process's user; empty if neither.
+std::string GetHomeDirectory();
+
+}  // namespace ZoPlatform::Files

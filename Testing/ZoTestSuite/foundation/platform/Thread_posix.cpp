@@ -1,0 +1,24 @@
+// Thread: thread names through pthreads.
+#include "Thread.h"
+
+#include <pthread.h>
+
+namespace ZoPlatform::Thread {
+
+void SetCurrentName(const std::string& name) {
+  std::string text = name;
+  if (text.size() > 15) {
+    std::size_t cut = 15;
+    while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) --cut;
+    text.resize(cut);
+  }
+  pthread_setname_np(pthread_self(), text.c_str());
+}
+
+std::string GetCurrentName() {
+  char buffer[16] = {};
+  if (pthread_getname_np(pthread_self(), buffer, sizeof buffer) != 0) return std::string();
+  return buffer;
+}
+
+}  // namespace ZoPlatform::Thread

@@ -1,0 +1,81 @@
+// COut's process-wide channel: the lock, the console flag, the custom sinks
+// and the log file, and the way a message passes through them.
+#include "services/COut.h"
+
+#include <cstdio>
+#include <fstream>
+#include <memory>
+
+#include "foundation/XbArray.h"
+#include "foundation/XbCriticalSection.h"
+
+namespace TestSuite {
+
+namespace {
+
+struct SChannel {
+  XbCriticalSection lock;
+  bool bConsole = true;
+  CString sLogPath;
+  std::unique_ptr<std::wofstream> pLog;
+  XbArray<COut::ZoCustomOut*> sinks;  // not owned
+};
+
+// Made on first use, so that a message printed while other statics are
+// still being made finds it ready.
+SChannel& channel() {
+  static SChannel s_channel;
+  return s_channel;
+}
+
+// The bytes go out as UTF-8 as they are; no console code page is set or
+// restored here.
+void writeConsole(const wchar_t* text) {
+  const std::string bytes = CString(text).ToUtf8();
+  std::fwrite(bytes.data(), 1, bytes.size(), stdout);
+  std::fflush(stdout);
+}
+
+void writeLog(SChannel& ch, const wchar_t* text) {
+  if (!ch.sLogPath.IsEmpty()) {
+    // Opened once per non-empty stretch of the path; a failed stream stays.
+    if (!ch.pLog) ch.pLog = std::make_unique<std::wofstream>(ch.sLogPath.ToUtf8(), std::ios::out | std::ios::trunc);
+    *ch.pLog << text;
+    ch.pLog->flush();
+  } else if (ch.pLog) {
+    ch.pLog.reset();
+  }
+}
+
+}  // namespace
+
+COut::~COut() noexcept(false) { writeOut(); }
+
+void COut::writeOut() const {
+  SChannel& ch = channel();
+  XbScopedLock guard(ch.lock);
+  if (ch.bConsole) writeConsole(m_sText.GetString());
+  // A sink may register another sink: the count is read at every step.
+  for (unsigned int i = 0; i < ch.sinks.GetCount(); ++i) ch.sinks[i]->Output(*this);
+  writeLog(ch, m_sText.GetString());
+}
+
+void COut::AddCustomOut(ZoCustomOut* sink) {
+  SChannel& ch = channel();
+  XbScopedLock guard(ch.lock);
+  ch.sinks.Add(sink);
+}
+
+void COut::SetConsoleOut(bool enabled) {
+  SChannel& ch = channel();
+  XbScopedLock guard(ch.lock);
+  ch.bConsole = enabled;
+}
+
+void COut::SetLogFileOut(const CString& path) {
+  SChannel& ch = channel();
+  XbScopedLock guard(ch.lock);
+  ch.sLogPath = path;
+}
+
+}  // namespace TestSuite

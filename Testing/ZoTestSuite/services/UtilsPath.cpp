@@ -1,0 +1,66 @@
+// Path texts of Utils: separators at the end, the leaf and its directory,
+// one-level directory creation and the per-case debug output directory.
+#include "services/Utils.h"
+
+#include "foundation/ZoFileSystem.h"
+
+namespace TestSuite::Utils {
+
+namespace {
+
+constexpr wchar_t c_Separator = L'/';
+
+bool isSeparator(wchar_t ch) { return ch == L'/' || ch == L'\\'; }
+
+}  // namespace
+
+void AddBackslash(CString& path) {
+  if (path.IsEmpty() || path[path.GetLength() - 1] == c_Separator) return;
+  path += c_Separator;
+}
+
+void RemoveBackslashes(CString& path) {
+  int length = path.GetLength();
+  while (length > 0 && path[length - 1] == c_Separator) --length;
+  path = path.Left(length);
+}
+
+bool AssertDirectory(const CString& path) {
+  if (ZoFileSystem::Exists(path)) return true;
+  return ZoFileSystem::CreateDirectoryW(path);
+}
+
+void SplitPathLeaf(const CString& path, CString& directory, CString& leaf) {
+  int i = path.GetLength() - 1;
+  while (i >= 0 && isSeparator(path[i])) --i;
+  const int leafEnd = i + 1;
+  while (i >= 0 && !isSeparator(path[i])) --i;
+  directory = path.Left(i + 1);
+  leaf = path.Mid(i + 1, leafEnd - (i + 1));
+}
+
+CString GetPathLeaf(const CString& path) {
+  CString directory, leaf;
+  SplitPathLeaf(path, directory, leaf);
+  return leaf;
+}
+
+CString GetPathDirectory(const CString& path) {
+  CString directory, leaf;
+  SplitPathLeaf(path, directory, leaf);
+  return directory;
+}
+
+CString MakeCaseOutputDirectory(const CString& className, const CString& caseName, const XbDateTime& dateTime,
+                                std::uint32_t repeatIndex, std::uint32_t repeatCount) {
+  CString directory = ZoFileSystem::GetDirectory(ZoFileSystem::eDebugOutputRoot);
+  directory += dateTime.ToString(L"Y-m-d H.i.s", true) + c_Separator;
+  directory += className + c_Separator;
+  CString cleanCase = caseName;
+  for (const wchar_t ch : {L'\\', L'/', L':', L'*', L'?', L'"', L'<', L'>', L'|'}) cleanCase.Replace(ch, L'-');
+  directory += cleanCase + c_Separator;
+  if (repeatCount > 1) directory.AppendFormat(L"%03i/", repeatIndex);
+  return directory;
+}
+
+}  // namespace TestSuite::Utils

@@ -1,0 +1,51 @@
+// XMLCharacters: how the XML reader steps through its narrow text, one
+// character at a time, and how it compares names.
+//
+// A character is as long as the UTF-8 length of its lead byte says: 1 for
+// ASCII and for bytes that cannot lead a sequence, 2 for C2 to DF, 3 for E0
+// to EF, 4 for F0 to F4, and 0 for the terminating zero. The table is applied
+// to every text, also to 8-bit text that is not UTF-8: a byte of such a text
+// that looks like a lead byte takes the bytes behind it along, whatever they
+// are. A character never reaches beyond the terminating zero.
+#pragma once
+
+#include <cstddef>
+
+namespace TestSuite {
+
+extern const unsigned char c_XMLCharLength[256];
+
+// Length in bytes of the character at `p`; 0 at the terminating zero.
+inline std::size_t XMLCharLength(const char* p) {
+  const auto c = static_cast<unsigned char>(*p);
+  if (c < 0x80) return c ? 1 : 0;
+  const std::size_t uiLength = c_XMLCharLength[c];
+  for (std::size_t k = 1; k < uiLength; ++k) {
+    if (!p[k]) return k;
+  }
+  return uiLength;
+}
+
+// Blank, tab, line feed, carriage return.
+inline bool XMLIsWhite(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+inline char XMLLowerAscii(char c) {
+  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// Whole names, compared without regard to ASCII case; false if either is
+// null.
+bool XMLNamesEqual(const char* a, const char* b);
+
+// The first `uiLength` bytes of `a` and `b`, without regard to ASCII case;
+// stops with false at a terminating zero of `b`.
+bool XMLPrefixEqual(const char* a, const char* b, std::size_t uiLength);
+
+// Line and column of byte offset `uiOffset` in `sText`, both counted from
+// 1: a line feed starts a new line at column 1, every other character adds
+// one column.
+void XMLComputePosition(const char* sText, std::size_t uiOffset, int* piLine, int* piColumn);
+
+}  // namespace TestSuite

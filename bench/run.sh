@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Builds the benchmarks in a build directory of their own and runs every
+# one of them. The directory is $ZO_BENCH_BUILD_DIR, else build-bench beside
+# the sources; $ZO_BENCH_JOBS sets the build's parallelism (default 2).
+set -euo pipefail
+
+bench_dir="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
+source_dir="$(dirname "$bench_dir")"
+build_dir="${ZO_BENCH_BUILD_DIR:-$source_dir/build-bench}"
+
+targets=()
+for source in "$bench_dir"/*_bench.cpp; do
+  [ -e "$source" ] || continue
+  targets+=("$(basename "$source" .cpp)")
+done
+if [ ${#targets[@]} -eq 0 ]; then
+  echo "no benchmarks in $bench_dir"
+  exit 0
+fi
+
+cmake -S "$source_dir" -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+  -DZO_BUILD_BENCH=ON -DZO_BUILD_TESTS=OFF -DZO_BUILD_EXAMPLES=OFF >/dev/null
+cmake --build "$build_dir" -j"${ZO_BENCH_JOBS:-2}" --target "${targets[@]}"
+
+status=0
+for target in "${targets[@]}"; do
+  echo
+  echo "=== $target"
+  "$build_dir/bin/$target" || status=1
+done
+exit $status

@@ -1,0 +1,109 @@
+#include "foundation/XbThreadPool.h"
+
+#include <gtest/gtest.h>
+
+#include <mutex>
+#include <stdexcept>
+#include <vector>
+
+#include "foundation/XbEvent.h"
+#include "foundation/platform/Thread.h"
+
+namespace {
+
+// Occupies the pool's only worker until the gate opens.
+std::shared_ptr<XbTask> blockWorker(XbThreadPool& pool, XbEvent& started, XbEvent& gate) {
+  auto blocker = pool.AddTask(
+      [&] {
+        started.Set();
+        gate.Wait();
+      },
+      1000);
+  started.Wait();
+  return blocker;
+}
+
+}  // namespace
+
+TEST(XbThreadPool, HigherPrioritiesRunFirstAndEqualOnesInOrder) {
+  XbThreadPool pool(1);
+  XbEvent started, gate;
+  blockWorker(pool, started, gate);
+  std::mutex mutex;
+  std::vector<int> order;
+  std::vector<std::shared_ptr<XbTask>> tasks;
+  for (const auto& [id, priority] : std::vector<std::pair<int, int>>{{1, 1}, {2, 5}, {3, 3}, {4, 5}, {5, -2}}) {
+    tasks.push_back(pool.AddTask(
+        [&, id = id] {
+          std::lock_guard lock(mutex);
+          order.push_back(id);
+        },
+        priority));
+  }
+  gate.Set();
+  for (const auto& task : tasks) ASSERT_TRUE(task->Wait());
+  EXPECT_EQ(order, (std::vector<int>{2, 4, 3, 1, 5}));
+}
+
+TEST(XbThreadPool, WaitingWithALimitForATaskThatCannotRunYetFails) {
+  XbThreadPool pool(1);
+  XbEvent started, gate;
+  blockWorker(pool, started, gate);
+  auto task = pool.AddTask([] {}, 1);
+  ASSERT_NE(task, nullptr);
+  EXPECT_FALSE(task->Wait(0));
+  gate.Set();
+  EXPECT_TRUE(task->Wait(XB_INFINITE));
+}
+
+TEST(XbThreadPool, TasksRunOnNamedWorkerThreads) {
+  XbThreadPool pool(2);
+  EXPECT_EQ(pool.GetThreadCount(), 2u);
+  std::string name;
+  auto task = pool.AddTask([&] { name = ZoPlatform::Thread::GetCurrentName(); }, 1);
+  ASSERT_TRUE(task->Wait());
+  EXPECT_EQ(name, "XbThreadPool");
+}
+
+TEST(XbThreadPool, TasksAddedAfterShutdownAreRefused) {
+  XbThreadPool pool(2);
+  EXPECT_FALSE(pool.IsShutDown());
+  EXPECT_TRUE(pool.ShutdownAndWait(XB_INFINITE));
+  EXPECT_TRUE(pool.IsShutDown());
+  int runs = 0;
+  EXPECT_EQ(pool.AddTask([&] { ++runs; }, 1), nullptr);
+  auto task = std::make_shared<XbTask>([&] { ++runs; });
+  EXPECT_FALSE(pool.AddTask(task, 1));
+  EXPECT_FALSE(task->IsDone());
+  EXPECT_EQ(runs, 0);
+}
+
+TEST(XbThreadPool, ShutdownRunsTheTasksAlreadyQueued) {
+  XbThreadPool pool(1);
+  XbEvent started, gate;
+  blockWorker(pool, started, gate);
+  std::vector<std::shared_ptr<XbTask>> queued;
+  for (int i = 0; i < 5; ++i) queued.push_back(pool.AddTask([] {}, i));
+  EXPECT_FALSE(pool.ShutdownAndWait(0));  // the worker is still blocked
+  EXPECT_EQ(pool.AddTask([] {}, 1), nullptr);
+  gate.Set();
+  EXPECT_TRUE(pool.ShutdownAndWait(XB_INFINITE));
+  for (const auto& task : queued) EXPECT_TRUE(task->IsDone());
+}
+
+TEST(XbThreadPool, AFailingTaskDoesNotStopItsWorker) {
+  XbThreadPool pool(1);
+  auto failing = pool.AddTask([] { throw std::runtime_error("broken"); }, 1);
+  auto next = pool.AddTask([] {}, 1);
+  ASSERT_TRUE(failing->Wait());
+  EXPECT_NE(failing->GetError(), nullptr);
+  EXPECT_TRUE(next->Wait());
+}
+
+TEST(XbThreadPool, AtLeastOneWorkerIsStarted) {
+  XbThreadPool pool(0);
+  EXPECT_EQ(pool.GetThreadCount(), 1u);
+  XbThreadPool defaultPool;
+  EXPECT_GE(defaultPool.GetThreadCount(), 1u);
+  EXPECT_TRUE(pool.AddTask([] {}, 0)->Wait());
+}
