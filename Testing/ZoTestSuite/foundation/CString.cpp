@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cwctype>
+#include <ostream>
 
 namespace {
 
@@ -263,3 +264,5 @@ CString CString::Tokenize(const wchar_t* delimiters, int& start) const {
   start = -1;
   return CString();
 }
+
+std::ostream& operator<<(std::ostream& stream, const CString& text) { return stream << text.ToUtf8(); }

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <cwchar>
+#include <iosfwd>
 #include <span>
 #include <string>
 #include <string_view>
@@ -127,6 +128,9 @@ class CString {
  private:
   std::wstring m_s;
 };
+
+// Writes the text as UTF-8 (for diagnostics and test output).
+std::ostream& operator<<(std::ostream& stream, const CString& text);
 
 // Formats into a new text; the free form of CString::Format.
 template <typename... Args>

@@ -4,10 +4,11 @@
 // A test class stands for one data directory, which carries the class's name.
 // It lists its subtests for that directory in OnInitSubtests and runs one of
 // them in OnRunSubtest. The system creates a new instance for every use
-// (discovery, the run of one subtest, one recreation) and calls, in this
-// order: SetMessageStream (not at discovery), SetDataDirectory,
-// InitSubtests, then GetSubtestCount/GetSubtestName to find a subtest by its
-// name, WarmUp, RunUnitTest, and finally the destructor.
+// (discovery, the run of one subtest, one recreation). For a run it calls,
+// in this order: SetMessageStream, SetDataDirectory, InitSubtests, the
+// IDebugging options if the class has that interface, WarmUp,
+// GetSubtestCount/GetSubtestName to find the subtest by its name,
+// RunUnitTest, and finally the destructor. Discovery sets no stream.
 //
 // Instances of one class may run at the same time on different threads, so
 // a class keeps no unguarded shared state.

@@ -1,0 +1,40 @@
+// The command line of ZoTestSuiteCLI: what the user asked for, parsed into
+// the system's option record and the few choices that belong to the front
+// end alone.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "ZoTestSuite.h"
+
+namespace TestSuite::CLI {
+
+enum class EMode {
+  Run,        // a test run (the default)
+  Child,      // the child side of external execution
+  Recreate,   // renew reference data
+  Help,       // --help was printed
+  Version,    // --version was printed
+};
+
+struct SCommandLine {
+  EMode eMode = EMode::Run;
+  SSetup setup;
+  bool bColor = true;  // --no-color clears it; NO_COLOR and a non-terminal also turn colour off
+  std::string sHelpText;
+};
+
+// A bad command line: the message names the option and the problem.
+class CUsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Parses argv. Throws CUsageError for anything it cannot accept.
+SCommandLine ParseCommandLine(int argc, const char* const* argv);
+
+// The version line: version and the build's revision.
+std::string GetVersionText();
+
+}  // namespace TestSuite::CLI

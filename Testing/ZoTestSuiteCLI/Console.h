@@ -1,0 +1,16 @@
+// The front end's view of its console and of Ctrl-C.
+#pragma once
+
+namespace TestSuite::CLI {
+
+// True when standard output is a terminal.
+bool IsStandardOutputTerminal();
+// Width of the terminal in columns, 80 when it cannot be told.
+int GetTerminalWidth();
+
+// Installs the Ctrl-C handler: the first Ctrl-C raises the cancel flag, a
+// second one ends the process at once with status 130.
+void InstallInterruptHandler();
+bool IsInterrupted();
+
+}  // namespace TestSuite::CLI

@@ -1,0 +1,41 @@
+#include "Console.h"
+
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <atomic>
+
+namespace TestSuite::CLI {
+
+namespace {
+
+std::atomic<int> g_interrupts{0};
+
+void onInterrupt(int) {
+  if (g_interrupts.fetch_add(1) >= 1) _exit(130);
+  static const char message[] = "\nAbbruch angefordert (noch einmal Ctrl-C beendet sofort).\n";
+  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, message, sizeof message - 1);
+}
+
+}  // namespace
+
+bool IsStandardOutputTerminal() { return isatty(STDOUT_FILENO) == 1; }
+
+int GetTerminalWidth() {
+  winsize size{};
+  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
+  return 80;
+}
+
+void InstallInterruptHandler() {
+  struct sigaction action {};
+  action.sa_handler = onInterrupt;
+  sigemptyset(&action.sa_mask);
+  action.sa_flags = SA_RESTART;
+  sigaction(SIGINT, &action, nullptr);
+}
+
+bool IsInterrupted() { return g_interrupts.load(std::memory_order_relaxed) > 0; }
+
+}  // namespace TestSuite::CLI

@@ -1,0 +1,119 @@
+#include "FrontEnd.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <locale>
+
+#include "Console.h"
+#include "TerminalSink.h"
+#include "foundation/XbException.h"
+#include "services/COut.h"
+
+namespace TestSuite::CLI {
+
+namespace {
+
+bool wantsTerminal(const SCommandLine& commandLine) {
+  const char* noColor = std::getenv("NO_COLOR");
+  return commandLine.bColor && (noColor == nullptr || *noColor == '\0') && IsStandardOutputTerminal();
+}
+
+// The data directory as an absolute path: the run moves the working
+// directory to the executable's directory before it reads the tree.
+CString absoluteDataDir(const CString& dataDir) {
+  std::error_code error;
+  const auto path = std::filesystem::absolute(std::filesystem::path(dataDir.ToUtf8()), error);
+  return error ? dataDir : CString::FromUtf8(path.lexically_normal().string());
+}
+
+unsigned int countRows(const XbArray<SUnitTest>& classes, unsigned int repeat) {
+  unsigned int rows = 0;
+  for (const SUnitTest& unitTest : classes) rows += unitTest.Cases.GetCount() * repeat;
+  return rows;
+}
+
+bool isFailure(Run::ECaseResult result) { return result != Run::eCaseOk && result != Run::eCaseCanceled; }
+
+int runTests(SSetup& setup, CEnvironment& env, CTerminalSink* sink) {
+  env.LoadTestDLLs();
+  for (const CString& name : setup.dllFiles) env.LoadDLL(name, false);
+  setup.unitTests = CollectUnitTests(setup.sDataDir, setup.collectOptions);
+  if (setup.unitTests.IsEmpty()) {
+    COut::Write(L"Keine Testfälle gefunden in %s.\n", setup.sDataDir).Color(ZoColorRGBA::c_GOLDENROD);
+    return sc_iExitPassed;
+  }
+  if (sink) {
+    sink->BeginRun(countRows(setup.unitTests, setup.run.uiRepeatCount));
+    setup.callbacks.fnCaseFinished = [sink](Run::ECaseResult result) { sink->CaseFinished(isFailure(result)); };
+  }
+  const Run::SResult result = Run::Run(setup, env);
+  if (sink) sink->EndRun();
+  bool failed = IsInterrupted();
+  for (const SCaseResult& row : result.cases) failed = failed || row.eResult != Run::eCaseOk;
+  return failed ? sc_iExitFailed : sc_iExitPassed;
+}
+
+int recreate(SSetup& setup, CEnvironment& env) {
+  env.LoadTestDLLs();
+  for (const CString& name : setup.dllFiles) env.LoadDLL(name, false);
+  const XbArray<SUnitTest> classes = CollectUnitTests(setup.sDataDir, setup.collectOptions);
+  Run::Recreate(env, classes, setup.callbacks);
+  return IsInterrupted() ? sc_iExitFailed : sc_iExitPassed;
+}
+
+int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
+  SSetup& setup = commandLine.setup;
+  CEnvironment env;
+  switch (commandLine.eMode) {
+    case EMode::Child:
+      Run::RunExternalExecution(setup, env);
+      return sc_iExitPassed;
+    case EMode::Recreate:
+      return recreate(setup, env);
+    default:
+      return runTests(setup, env, sink);
+  }
+}
+
+}  // namespace
+
+void SetGlobalLocale() {
+  try {
+    std::locale fromEnvironment("");
+    if (fromEnvironment.name() != "C" && fromEnvironment.name() != "POSIX") {
+      std::locale::global(fromEnvironment);
+      return;
+    }
+  } catch (const std::exception&) {
+  }
+  try {
+    std::locale::global(std::locale("C.UTF-8"));
+  } catch (const std::exception&) {
+  }
+}
+
+int RunFrontEnd(SCommandLine& commandLine) {
+  SSetup& setup = commandLine.setup;
+  if (commandLine.eMode != EMode::Child) setup.sDataDir = absoluteDataDir(setup.sDataDir);
+  if (setup.oLogFile && !setup.oLogFile->IsEmpty()) COut::SetLogFileOut(*setup.oLogFile);
+  static CTerminalSink terminal(stdout);
+  CTerminalSink* sink = nullptr;
+  if (commandLine.eMode != EMode::Child && wantsTerminal(commandLine)) {
+    COut::SetConsoleOut(false);
+    COut::AddCustomOut(&terminal);
+    sink = &terminal;
+  }
+  InstallInterruptHandler();
+  setup.callbacks.fnIsCanceled = [] { return IsInterrupted(); };
+  try {
+    return dispatch(commandLine, sink);
+  } catch (const XbException& error) {
+    std::fprintf(stderr, "ZoTestSuiteCLI: interner Fehler in %s\n", error.what());
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "ZoTestSuiteCLI: interner Fehler: %s\n", error.what());
+  }
+  return sc_iExitInternal;
+}
+
+}  // namespace TestSuite::CLI

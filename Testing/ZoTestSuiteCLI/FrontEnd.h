@@ -1,0 +1,21 @@
+// The front end's work once its command line is parsed: output set-up, one
+// environment, one entry function, and the exit status.
+#pragma once
+
+#include "CommandLine.h"
+
+namespace TestSuite::CLI {
+
+// Exit statuses.
+inline constexpr int sc_iExitPassed = 0;    // every executed case passed (or nothing was found)
+inline constexpr int sc_iExitFailed = 1;    // a case failed, or the run was cancelled
+inline constexpr int sc_iExitUsage = 2;     // a bad command line
+inline constexpr int sc_iExitInternal = 3;  // the harness itself gave up
+
+int RunFrontEnd(SCommandLine& commandLine);
+
+// Sets the global locale from the environment, falling back to C.UTF-8
+// where that fails or is the plain C locale.
+void SetGlobalLocale();
+
+}  // namespace TestSuite::CLI

@@ -1,0 +1,47 @@
+// TerminalSink: the console output on a terminal. Shows bold, underline and
+// colours with ANSI sequences, and keeps a live status line (cases done of
+// total, failures, elapsed time, an estimate of the time left) below the
+// output while a run goes on.
+#pragma once
+
+#include <chrono>
+#include <cstdio>
+#include <mutex>
+#include <string>
+
+#include "services/COut.h"
+
+namespace TestSuite::CLI {
+
+class CTerminalSink : public COut::ZoCustomOut {
+ public:
+  explicit CTerminalSink(std::FILE* stream) : m_stream(stream) {}
+
+  void Output(const COut& out) override;
+
+  // Starts the status line for a run of `total` rows.
+  void BeginRun(unsigned int total);
+  // Counts one finished row and redraws the status line.
+  void CaseFinished(bool failed);
+  // Removes the status line for good.
+  void EndRun();
+
+  // The ANSI text of one message (exposed for tests).
+  static std::string Decorate(const COut& out);
+  // The status line text (exposed for tests).
+  static std::string StatusText(unsigned int done, unsigned int total, unsigned int failed, double elapsedSeconds);
+
+ private:
+  void clearStatus();
+  void drawStatus();
+
+  std::FILE* m_stream;
+  std::mutex m_mutex;
+  bool m_bActive = false;
+  bool m_bStatusShown = false;
+  bool m_bAtLineStart = true;
+  unsigned int m_uiTotal = 0, m_uiDone = 0, m_uiFailed = 0;
+  std::chrono::steady_clock::time_point m_start;
+};
+
+}  // namespace TestSuite::CLI
