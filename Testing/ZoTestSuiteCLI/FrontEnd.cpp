@@ -24,7 +24,10 @@ bool wantsTerminal(const SCommandLine& commandLine) {
 CString absoluteDataDir(const CString& dataDir) {
   std::error_code error;
   const auto path = std::filesystem::absolute(std::filesystem::path(dataDir.ToUtf8()), error);
-  return error ? dataDir : CString::FromUtf8(path.lexically_normal().string());
+  if (error) return dataDir;
+  std::string text = path.lexically_normal().string();
+  while (text.size() > 1 && text.back() == '/') text.pop_back();
+  return CString::FromUtf8(text);
 }
 
 unsigned int countRows(const XbArray<SUnitTest>& classes, unsigned int repeat) {

@@ -16,9 +16,18 @@ namespace CliTest {
 namespace {
 
 std::string shellQuote(const std::string& word) {
-  std::string quoted = "'";
-  for (char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return quoted + "'";
+  std::string quoted(1, '\'');
+  for (char c : word) {
+    if (c == '\'') quoted.append("'\\''");
+    else quoted.push_back(c);
+  }
+  quoted.push_back('\'');
+  return quoted;
+}
+
+void appendWord(std::string& command, const std::string& word) {
+  command.push_back(' ');
+  command.append(shellQuote(word));
 }
 
 std::string scratchFile(const char* suffix) {
@@ -41,10 +50,13 @@ SCliResult RunCli(const std::vector<std::string>& arguments, const std::string& 
                   unsigned int timeoutSeconds, const std::vector<std::string>& environment) {
   const std::string out = scratchFile(".out"), err = scratchFile(".err");
   std::string command = "exec env";
-  for (const auto& entry : environment) command += " " + shellQuote(entry);
-  command += " " + shellQuote(CliPath());
-  for (const auto& argument : arguments) command += " " + shellQuote(argument);
-  command += " </dev/null >" + shellQuote(out) + " 2>" + shellQuote(err);
+  for (const auto& entry : environment) appendWord(command, entry);
+  appendWord(command, CliPath());
+  for (const auto& argument : arguments) appendWord(command, argument);
+  command.append(" </dev/null >");
+  command.append(shellQuote(out));
+  command.append(" 2>");
+  command.append(shellQuote(err));
   ZoPlatform::Process::CChild child;
   SCliResult result;
   if (!child.Start({{"/bin/sh", "-c", command}, workingDirectory, ZoPlatform::Process::EStandardStreams::eInherit}))
