@@ -9,14 +9,6 @@ using namespace TestSuite;
 
 namespace {
 
-SUnitTest makeClass(const wchar_t* name, std::initializer_list<const wchar_t*> cases) {
-  SUnitTest unitTest;
-  unitTest.Name = name;
-  unitTest.DataDir = L"/nonexistent/";
-  for (const wchar_t* c : cases) unitTest.Cases.Add(SUnitTest::SCase{CString(c), {}});
-  return unitTest;
-}
-
 // Runs one case in process and gives its row.
 SCaseResult runOne(const SUnitTest& unitTest, unsigned int caseIndex, const SRunOptions& options = {}) {
   SSetup setup;
@@ -37,7 +29,7 @@ SRunOptions tracking(bool dumpLeaks = false) {
 }  // namespace
 
 TEST(CaseExecution, MapsEveryTestResult) {
-  const SUnitTest unitTest = makeClass(RunTestClasses::sc_szResults, {L"r0", L"r1", L"r2", L"r3", L"r4", L"r5", L"r6"});
+  const SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r0", L"r1", L"r2", L"r3", L"r4", L"r5", L"r6"});
   const Run::ECaseResult expected[] = {Run::eCaseNoInput,    Run::eCaseOk,      Run::eCaseError,  Run::eCaseException,
                                        Run::eCaseDifferent, Run::eCaseUnknown, Run::eCaseUnknown};
   for (unsigned int i = 0; i < 7; ++i) {
@@ -48,7 +40,7 @@ TEST(CaseExecution, MapsEveryTestResult) {
 }
 
 TEST(CaseExecution, ExceptionsOfAnyTypeGiveResult2AndKeepTheOutput) {
-  const SUnitTest unitTest = makeClass(RunTestClasses::sc_szThrows, {L"throws", L"throwsInt"});
+  const SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szThrows, {L"throws", L"throwsInt"});
   for (unsigned int i = 0; i < 2; ++i) {
     const SCaseResult row = runOne(unitTest, i);
     EXPECT_EQ(row.eResult, Run::eCaseException);
@@ -58,14 +50,14 @@ TEST(CaseExecution, ExceptionsOfAnyTypeGiveResult2AndKeepTheOutput) {
 }
 
 TEST(CaseExecution, UnknownClassOrCaseGivesResult6) {
-  EXPECT_EQ(runOne(makeClass(L"NoSuchClassAnywhere", {L"x"}), 0).eResult, Run::eCaseNotFound);
-  const SCaseResult gone = runOne(makeClass(RunTestClasses::sc_szResults, {L"gone"}), 0);
+  EXPECT_EQ(runOne(RunTestClasses::MakeClass(L"NoSuchClassAnywhere", {L"x"}), 0).eResult, Run::eCaseNotFound);
+  const SCaseResult gone = runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"gone"}), 0);
   EXPECT_EQ(gone.eResult, Run::eCaseNotFound);
   EXPECT_EQ(gone.dTime, 0.0);
 }
 
 TEST(CaseExecution, TwoSubtestsOfOneNameBothRunTheFirst) {
-  const SUnitTest unitTest = makeClass(RunTestClasses::sc_szDuplicate, {L"same", L"same"});
+  const SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szDuplicate, {L"same", L"same"});
   EXPECT_EQ(runOne(unitTest, 0).eResult, Run::eCaseOk);
   EXPECT_EQ(runOne(unitTest, 1).eResult, Run::eCaseOk);
 }
@@ -76,14 +68,14 @@ TEST(CaseExecution, DebugOptionsAreSetInTheOrderOneTwoZero) {
   options.bDebugOption0 = true;
   options.bDebugOption1 = false;
   options.bDebugOption2 = true;
-  EXPECT_EQ(runOne(makeClass(RunTestClasses::sc_szDebug, {L"only"}), 0, options).eResult, Run::eCaseOk);
+  EXPECT_EQ(runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szDebug, {L"only"}), 0, options).eResult, Run::eCaseOk);
   const std::vector<std::string> expected = {"Supports(1)", "Set(1,false)", "Supports(2)", "Supports(0)",
                                              "Set(0,true)"};
   EXPECT_EQ(RunTestClasses::DebugLog(), expected);
 }
 
 TEST(CaseExecution, NameLongerThan1023CharactersIsNotRun) {
-  SUnitTest unitTest = makeClass(RunTestClasses::sc_szResults, {L"r1"});
+  SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r1"});
   unitTest.Cases[0].Name = CString(L'a', 1024);
   const SCaseResult row = runOne(unitTest, 0);
   EXPECT_EQ(row.eResult, Run::eCaseUnknown);
@@ -93,7 +85,7 @@ TEST(CaseExecution, NameLongerThan1023CharactersIsNotRun) {
 }
 
 TEST(CaseExecution, LeakBecomesAWarning) {
-  const SUnitTest unitTest = makeClass(RunTestClasses::sc_szMemory, {L"leak100", L"clean"});
+  const SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"leak100", L"clean"});
   const SCaseResult leak = runOne(unitTest, 0, tracking());
   EXPECT_EQ(leak.iMemoryDelta, 100);
   EXPECT_TRUE(leak.bWarning);
@@ -106,7 +98,7 @@ TEST(CaseExecution, LeakBecomesAWarning) {
 }
 
 TEST(CaseExecution, ReportMemLeakFalseKeepsTheDeltaButNoWarning) {
-  SUnitTest unitTest = makeClass(RunTestClasses::sc_szMemory, {L"leak100"});
+  SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"leak100"});
   unitTest.Cases[0].Params.SetAt(L"ReportMemLeak", XbVariant(false));
   const SCaseResult row = runOne(unitTest, 0, tracking());
   EXPECT_EQ(row.iMemoryDelta, 100);
@@ -114,14 +106,14 @@ TEST(CaseExecution, ReportMemLeakFalseKeepsTheDeltaButNoWarning) {
 }
 
 TEST(CaseExecution, LeakInDestructorIsSeenLeakInWarmUpIsNot) {
-  EXPECT_EQ(runOne(makeClass(RunTestClasses::sc_szMemory, {L"destructorLeak"}), 0, tracking()).iMemoryDelta, 64);
-  const SCaseResult warmUp = runOne(makeClass(RunTestClasses::sc_szWarmUpLeak, {L"only"}), 0, tracking());
+  EXPECT_EQ(runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"destructorLeak"}), 0, tracking()).iMemoryDelta, 64);
+  const SCaseResult warmUp = runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szWarmUpLeak, {L"only"}), 0, tracking());
   EXPECT_EQ(warmUp.iMemoryDelta, 0);
   EXPECT_FALSE(warmUp.bWarning);
 }
 
 TEST(CaseExecution, WithoutTrackingTheMemoryFieldsAreZero) {
-  const SCaseResult row = runOne(makeClass(RunTestClasses::sc_szMemory, {L"leak100"}), 0);
+  const SCaseResult row = runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"leak100"}), 0);
   EXPECT_EQ(row.iMemoryDelta, 0);
   EXPECT_EQ(row.uiAllocCount, 0u);
   EXPECT_EQ(row.uiMemoryPeak, 0u);
@@ -129,7 +121,7 @@ TEST(CaseExecution, WithoutTrackingTheMemoryFieldsAreZero) {
 }
 
 TEST(CaseExecution, DumpLeaksAppendsInfoLines) {
-  const SCaseResult row = runOne(makeClass(RunTestClasses::sc_szMemory, {L"leak100"}), 0, tracking(true));
+  const SCaseResult row = runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"leak100"}), 0, tracking(true));
   EXPECT_EQ(row.sOutput.Left(19), CString(L"\t\tINFO:  Dump()...\n"));
   EXPECT_NE(row.sOutput.Find(L"\t\tINFO:  CurrentAlloc 100 Bytes\n"), -1);
   EXPECT_NE(row.sOutput.Find(L"\t\tINFO:  Active Allocations:\n"), -1);
@@ -137,7 +129,7 @@ TEST(CaseExecution, DumpLeaksAppendsInfoLines) {
 }
 
 TEST(CaseExecution, OutputIsCutAtTheLimitAndTheDumpWithIt) {
-  const SUnitTest unitTest = makeClass(RunTestClasses::sc_szMemory, {L"output:1048575", L"output:1048600"});
+  const SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"output:1048575", L"output:1048600"});
   const SCaseResult exact = runOne(unitTest, 0, tracking(true));
   EXPECT_EQ(exact.sOutput.GetLength(), 1048575);
   EXPECT_EQ(exact.sOutput.Find(L"Dump"), -1);
@@ -146,7 +138,7 @@ TEST(CaseExecution, OutputIsCutAtTheLimitAndTheDumpWithIt) {
 }
 
 TEST(CaseExecution, TimeOutParameterHasNoEffectInProcess) {
-  SUnitTest unitTest = makeClass(RunTestClasses::sc_szResults, {L"r1"});
+  SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r1"});
   unitTest.Cases[0].Params.SetAt(L"TimeOutSec", XbVariant(0u));
   SRunOptions options;
   options.uiTimeOutSec = 0;

@@ -2,20 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "RunTestClasses.h"
+
 #include "services_COutRecorder.h"
 
 using namespace TestSuite;
-
-namespace {
-
-SUnitTest makeClass(const wchar_t* name, std::initializer_list<const wchar_t*> cases) {
-  SUnitTest unitTest;
-  unitTest.Name = name;
-  for (const wchar_t* c : cases) unitTest.Cases.Add(SUnitTest::SCase{CString(c), {}});
-  return unitTest;
-}
-
-}  // namespace
 
 TEST(FormatTime, ChoosesTheUnitByTheFirstRuleThatHolds) {
   EXPECT_EQ(FormatTime(0.0, 2), CString(L"0 s"));
@@ -28,7 +19,7 @@ TEST(FormatTime, ChoosesTheUnitByTheFirstRuleThatHolds) {
 }
 
 TEST(PrintCase, SequentialRunOfOneClassWithTwoCases) {
-  const SUnitTest unitTest = makeClass(L"Klasse", {L"eins", L"zwei"});
+  const SUnitTest unitTest = RunTestClasses::MakeClass(L"Klasse", {L"eins", L"zwei"});
   SCaseResult rows[2];
   rows[1].uiCaseIndex = 1;
   RowList list;
@@ -49,7 +40,7 @@ TEST(PrintCase, SequentialRunOfOneClassWithTwoCases) {
 }
 
 TEST(PrintCase, RepetitionsAndStartTimes) {
-  const SUnitTest unitTest = makeClass(L"K", {L"c"});
+  const SUnitTest unitTest = RunTestClasses::MakeClass(L"K", {L"c"});
   SRunOptions options;
   options.uiRepeatCount = 3;
   SCaseResult rows[3];
@@ -65,7 +56,7 @@ TEST(PrintCase, RepetitionsAndStartTimes) {
 }
 
 TEST(PrintCase, ClassHeadingComesAgainWhenTheClassChanges) {
-  const SUnitTest unitTest = makeClass(L"A", {L"c"});
+  const SUnitTest unitTest = RunTestClasses::MakeClass(L"A", {L"c"});
   SCaseResult rows[3];
   rows[1].uiClassIndex = 1;
   RowList list;
@@ -155,8 +146,8 @@ TEST(PrintSummary, OneTestInOneClassWithTime) {
 
 TEST(PrintSummary, FailuresWarningsAndFailedClasses) {
   XbArray<SUnitTest> classes;
-  classes.Add(makeClass(L"Gut", {}));
-  classes.Add(makeClass(L"Schlecht", {}));
+  classes.Add(RunTestClasses::MakeClass(L"Gut", {}));
+  classes.Add(RunTestClasses::MakeClass(L"Schlecht", {}));
   SRunStatistics statistics;
   statistics.classes.SetCount(2);
   statistics.classes[0].uiTotal = 2;

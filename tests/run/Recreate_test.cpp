@@ -6,24 +6,12 @@
 
 using namespace TestSuite;
 
-namespace {
-
-SUnitTest makeClass(const wchar_t* name, std::initializer_list<const wchar_t*> cases) {
-  SUnitTest unitTest;
-  unitTest.Name = name;
-  unitTest.DataDir = L"/nonexistent/";
-  for (const wchar_t* c : cases) unitTest.Cases.Add(SUnitTest::SCase{CString(c), {}});
-  return unitTest;
-}
-
-}  // namespace
-
 TEST(Recreate, RenewsWhatCanBeRenewed) {
   RunTestClasses::RecreateLog().clear();
   XbArray<SUnitTest> classes;
-  classes.Add(makeClass(RunTestClasses::sc_szRecreate, {L"renew", L"keep", L"fails", L"gone"}));
-  classes.Add(makeClass(RunTestClasses::sc_szResults, {L"r1"}));
-  classes.Add(makeClass(L"NoSuchClassAnywhere", {L"a", L"b"}));
+  classes.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szRecreate, {L"renew", L"keep", L"fails", L"gone"}));
+  classes.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r1"}));
+  classes.Add(RunTestClasses::MakeClass(L"NoSuchClassAnywhere", {L"a", L"b"}));
   int ticks = 0;
   Run::SCallbacks callbacks;
   callbacks.fnCaseFinished = [&ticks](Run::ECaseResult result) {
@@ -55,8 +43,8 @@ TEST(Recreate, RenewsWhatCanBeRenewed) {
 
 TEST(Recreate, CancellationEndsWithTheGrayMessage) {
   XbArray<SUnitTest> classes;
-  classes.Add(makeClass(RunTestClasses::sc_szRecreate, {L"keep", L"keep"}));
-  classes.Add(makeClass(RunTestClasses::sc_szResults, {L"r1"}));
+  classes.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szRecreate, {L"keep", L"keep"}));
+  classes.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r1"}));
   int asked = 0, ticks = 0;
   Run::SCallbacks callbacks;
   callbacks.fnIsCanceled = [&asked] { return ++asked > 1; };

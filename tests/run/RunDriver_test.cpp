@@ -13,14 +13,6 @@ using namespace TestSuite;
 
 namespace {
 
-SUnitTest makeClass(const wchar_t* name, std::initializer_list<const wchar_t*> cases) {
-  SUnitTest unitTest;
-  unitTest.Name = name;
-  unitTest.DataDir = L"/nonexistent/";
-  for (const wchar_t* c : cases) unitTest.Cases.Add(SUnitTest::SCase{CString(c), {}});
-  return unitTest;
-}
-
 // A run over ready classes with times off, so that the text is stable.
 Run::SResult runClasses(SSetup& setup) {
   setup.run.bShowTimes = false;
@@ -66,7 +58,7 @@ TEST(RunDriver, NoTestClassAtAll) {
 
 TEST(RunDriver, RepeatCountGivesOneRowPerRepetition) {
   SSetup setup;
-  setup.unitTests.Add(makeClass(RunTestClasses::sc_szResults, {L"r1", L"r2"}));
+  setup.unitTests.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r1", L"r2"}));
   setup.run.uiRepeatCount = 3;
   COutRecorder recorder;
   const Run::SResult result = runClasses(setup);
@@ -84,7 +76,7 @@ TEST(RunDriver, RepeatCountGivesOneRowPerRepetition) {
 
 TEST(RunDriver, AllCasesCancelled) {
   SSetup setup;
-  setup.unitTests.Add(makeClass(RunTestClasses::sc_szResults, {L"r1", L"r2"}));
+  setup.unitTests.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r1", L"r2"}));
   setup.callbacks.fnIsCanceled = [] { return true; };
   int finished = 0;
   setup.callbacks.fnCaseFinished = [&finished](Run::ECaseResult result) {
@@ -103,7 +95,7 @@ TEST(RunDriver, AllCasesCancelled) {
 
 TEST(RunDriver, ClassWithCancelledAndPassedRowsIsSuccessful) {
   SSetup setup;
-  setup.unitTests.Add(makeClass(RunTestClasses::sc_szResults, {L"r1", L"r2"}));
+  setup.unitTests.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r1", L"r2"}));
   int asked = 0;
   setup.callbacks.fnIsCanceled = [&asked] { return ++asked > 1; };
   COutRecorder recorder;
@@ -116,7 +108,7 @@ TEST(RunDriver, ClassWithCancelledAndPassedRowsIsSuccessful) {
 
 TEST(RunDriver, ClassWithOnlyAWarningIsOkButNotClean) {
   SSetup setup;
-  setup.unitTests.Add(makeClass(RunTestClasses::sc_szMemory, {L"leak100", L"clean"}));
+  setup.unitTests.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"leak100", L"clean"}));
   setup.run.bTrackHeap = true;
   COutRecorder recorder;
   const Run::SResult result = runClasses(setup);
@@ -128,7 +120,7 @@ TEST(RunDriver, ClassWithOnlyAWarningIsOkButNotClean) {
 
 TEST(RunDriver, ThreadCountWithoutParallelUsesNoWorkers) {
   SSetup setup;
-  setup.unitTests.Add(makeClass(RunTestClasses::sc_szResults, {L"r1", L"r2"}));
+  setup.unitTests.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r1", L"r2"}));
   setup.run.uiThreadCount = 8;
   COutRecorder recorder;
   for (const SCaseResult& row : runClasses(setup).cases) EXPECT_EQ(row.iThreadIndex, -1);
@@ -136,7 +128,7 @@ TEST(RunDriver, ThreadCountWithoutParallelUsesNoWorkers) {
 
 TEST(RunDriver, ParallelWithZeroThreadsRunsOneWorker) {
   SSetup setup;
-  setup.unitTests.Add(makeClass(RunTestClasses::sc_szResults, {L"r1", L"r2", L"r3"}));
+  setup.unitTests.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r1", L"r2", L"r3"}));
   setup.run.bParallel = true;
   setup.run.uiThreadCount = 0;
   COutRecorder recorder;
@@ -150,7 +142,7 @@ TEST(RunDriver, ParallelWithZeroThreadsRunsOneWorker) {
 TEST(RunDriver, RestoresTheWorkingDirectory) {
   const CString before = ZoFileSystem::GetCurrentDirectoryW();
   SSetup setup;
-  setup.unitTests.Add(makeClass(RunTestClasses::sc_szResults, {L"r1"}));
+  setup.unitTests.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r1"}));
   COutRecorder recorder;
   runClasses(setup);
   EXPECT_EQ(ZoFileSystem::GetCurrentDirectoryW(), before);

@@ -15,6 +15,14 @@ std::vector<std::string>& RecreateLog() {
   return log;
 }
 
+TestSuite::SUnitTest MakeClass(const wchar_t* name, std::initializer_list<const wchar_t*> cases) {
+  TestSuite::SUnitTest unitTest;
+  unitTest.Name = name;
+  unitTest.DataDir = L"/nonexistent/";
+  for (const wchar_t* c : cases) unitTest.Cases.Add(TestSuite::SUnitTest::SCase{CString(c), {}});
+  return unitTest;
+}
+
 // Keeps an allocation away from the optimiser.
 void* volatile g_sink = nullptr;
 

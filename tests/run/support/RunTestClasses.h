@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "ZoTestSuiteTree.h"
 #include "foundation/ZoUnitTest.h"
 
 namespace RunTestClasses {
@@ -33,5 +34,9 @@ inline constexpr const wchar_t* sc_szRecreate = L"RtRecreate";
 // renewed subtests.
 std::vector<std::string>& DebugLog();
 std::vector<std::string>& RecreateLog();
+
+// A class record as discovery would make it, with the given cases and a
+// data directory that does not exist.
+TestSuite::SUnitTest MakeClass(const wchar_t* name, std::initializer_list<const wchar_t*> cases);
 
 }  // namespace RunTestClasses
