@@ -45,9 +45,12 @@ class CWorkerThread {
 
  private:
   // An exception that leaves the body ends the thread and marks it failed;
-  // its row never reaches the finished list.
+  // its row never reaches the finished list. Every worker runs on all the
+  // processors of the process at normal priority, whatever the thread that
+  // made it had.
   void threadMain() {
     ZoPlatform::Thread::SetCurrentName("TestSuite::Run::CWorkerThread");
+    ZoPlatform::Thread::UseProcessAffinityAndNormalPriority();
     try {
       Run();
     } catch (...) {
@@ -100,7 +103,7 @@ unsigned int readFinishedCount(SFinishedList& finished) {
   return finished.uiCount;
 }
 
-// Prints the rows as they finish; false when the user cancelled.
+// Prints the rows as they finish, until all are shown or the user cancels.
 void supervise(SWorkQueue& queue, SFinishedList& finished) {
   unsigned int shown = 0;
   const unsigned int total = queue.parallelCases.GetCount();

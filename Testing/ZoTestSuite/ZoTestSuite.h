@@ -72,4 +72,17 @@ struct SSetup {
   CString sRunTag;
 };
 
+// Loads the test libraries (those of the environment's configuration, then
+// `setup.dllFiles`) and lists what a run with `setup` would execute: each
+// class's data directory with its cases, then the data directory and the
+// numbers of classes and cases. Prints nothing more when `setup.sDataDir`
+// is empty. Runs nothing.
+void RunQueryMode(const SSetup& setup, CEnvironment& environment);
+
+// Loads the test libraries of the environment's configuration (not
+// `setup.dllFiles`) and lists, class by class with its first contact, the
+// cases that "#ExtraInfo.xml" switches off, then how many classes and cases
+// that is out of all those that selection and filters leave. Runs nothing.
+void ListDisabledTestCases(const SSetup& setup, CEnvironment& environment);
+
 }  // namespace TestSuite

@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 
 #include "BuildInfo.h"
+#include "ReportOptions.h"
+#include "SelectionOptions.h"
 #include "services/Utils.h"
 
 namespace TestSuite::CLI {
@@ -118,6 +120,10 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   app.add_flag("--version", version, "Print the version and the build's revision");
   addRunOptions(app, raw, commandLine.setup);
   addProcessOptions(app, raw, commandLine, recreate);
+  SReportOptionValues reportOptions;
+  AddReportOptions(app, reportOptions);
+  SSelectionOptionValues selectionOptions;
+  AddSelectionOptions(app, selectionOptions);
   try {
     app.parse(argc, argv);
   } catch (const ::CLI::CallForHelp&) {
@@ -129,8 +135,12 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   }
   checkWorkers(raw.sWorkers);
   applyRaw(app, raw, commandLine.setup);
+  ApplyReportOptions(app, reportOptions, commandLine.setup);
+  ApplySelectionOptions(selectionOptions, commandLine.setup);
   if (version) commandLine.eMode = EMode::Version;
   else if (!raw.sMemoryId.empty()) commandLine.eMode = EMode::Child;
+  else if (selectionOptions.bQuery) commandLine.eMode = EMode::Query;
+  else if (selectionOptions.bListDisabled) commandLine.eMode = EMode::ListDisabled;
   else if (recreate) commandLine.eMode = EMode::Recreate;
   if (commandLine.eMode != EMode::Version && commandLine.setup.sDataDir.IsEmpty())
     throw CUsageError("-d: the data directory is missing (ZoTestSuiteCLI -d DIR)");

@@ -14,6 +14,8 @@ enum class EMode {
   Run,        // a test run (the default)
   Child,      // the child side of external execution
   Recreate,   // renew reference data
+  Query,         // --query: list what would run
+  ListDisabled,  // --list-disabled: list the disabled cases
   Help,       // --help was printed
   Version,    // --version was printed
 };

@@ -6,6 +6,7 @@
 #include <locale>
 
 #include "Console.h"
+#include "ReportOptions.h"
 #include "TerminalSink.h"
 #include "foundation/XbException.h"
 #include "services/COut.h"
@@ -51,6 +52,7 @@ int runTests(SSetup& setup, CEnvironment& env, CTerminalSink* sink) {
     setup.callbacks.fnCaseFinished = [sink](Run::ECaseResult result) { sink->CaseFinished(isFailure(result)); };
   }
   const Run::SResult result = Run::Run(setup, env);
+  WriteJUnitReportOfRun(setup, result);
   if (sink) sink->EndRun();
   bool failed = IsInterrupted();
   for (const SCaseResult& row : result.cases) failed = failed || row.eResult != Run::eCaseOk;
@@ -74,6 +76,15 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
       return sc_iExitPassed;
     case EMode::Recreate:
       return recreate(setup, env);
+    case EMode::Query:
+      RunQueryMode(setup, env);
+      return sc_iExitPassed;
+    case EMode::ListDisabled:
+      // The listing loads only the configured libraries; those of --dll
+      // are loaded here so that it sees the same classes as --query.
+      for (const CString& name : setup.dllFiles) env.LoadDLL(name, false);
+      ListDisabledTestCases(setup, env);
+      return sc_iExitPassed;
     default:
       return runTests(setup, env, sink);
   }

@@ -15,6 +15,7 @@
 #include "discovery_Warnings.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/platform/Library.h"
+#include "services/Utils.h"
 #include "services_COutRecorder.h"
 
 using TestSuite::CollectUnitTests;
@@ -311,4 +312,26 @@ TEST_F(CaseLimitTest, LimitAtOrAboveTheTotalChangesNothing) {
     EXPECT_EQ(result[0].Cases.GetCount(), 3u) << uiLimit;
     EXPECT_EQ(result[1].Cases.GetCount(), 4u) << uiLimit;
   }
+}
+
+TEST_F(CollectUnitTestsTest, OnlyExcludeFiltersEmptyTheList) {
+  Class(L"Alpha", {"a1", "a2"});
+  Class(L"Beta", {"b1"});
+  SCollectOptions options;
+  for (const wchar_t* wildcard : {L"Alpha", L"b*"}) {
+    TestSuite::SPatternFilter& filter = options.filters.Emplace();
+    filter.regex = TestSuite::Utils::GenerateWildcardRegex(wildcard, false);
+    filter.eAction = 1;
+  }
+  EXPECT_TRUE(Collect(options).IsEmpty());
+  EXPECT_TRUE(m_recorder.Messages().empty());
+}
+
+TEST_F(CollectUnitTestsTest, SelectionFileOfSizeZeroWithoutFiltersEmptiesTheListSilently) {
+  Class(L"Alpha", {"a1", "a2"});
+  m_tree.WriteFile(L"selection.xml", "");
+  SCollectOptions options;
+  options.sSelectionFile = m_tree.Path() + L"selection.xml";
+  EXPECT_TRUE(Collect(options).IsEmpty());
+  EXPECT_TRUE(m_recorder.Messages().empty());
 }

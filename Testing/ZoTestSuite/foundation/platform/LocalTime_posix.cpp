@@ -3,14 +3,36 @@
 
 #include <time.h>
 
+#include <cstdlib>
 #include <ctime>
+#include <mutex>
+#include <string>
 
 namespace ZoPlatform::LocalTime {
+
+namespace {
+
+// localtime_r alone keeps the zone it first saw. Re-reading the zone costs
+// a look at /etc/localtime, so it happens only when TZ has changed.
+void followTimeZone() {
+  static std::mutex lock;
+  static std::string lastZone;
+  static bool known = false;
+  const char* zone = std::getenv("TZ");
+  const std::string current = zone ? std::string(1, '=') + zone : std::string();
+  std::lock_guard<std::mutex> guard(lock);
+  if (known && current == lastZone) return;
+  ::tzset();
+  lastZone = current;
+  known = true;
+}
+
+}  // namespace
 
 bool FromSeconds(std::int64_t seconds, SCalendar& calendar) {
   const auto t = static_cast<std::time_t>(seconds);
   std::tm tm{};
-  ::tzset();  // localtime_r alone keeps the zone it first saw
+  followTimeZone();
   if (!::localtime_r(&t, &tm)) return false;
   calendar = {tm.tm_year + 1900, tm.tm_mon + 1, tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec};
   return true;
@@ -25,6 +47,7 @@ bool ToSeconds(const SCalendar& calendar, std::int64_t& seconds) {
   tm.tm_min = calendar.iMinute;
   tm.tm_sec = calendar.iSecond;
   tm.tm_isdst = -1;
+  followTimeZone();
   tm.tm_wday = -1;  // stays so only when mktime fails
   const std::time_t t = std::mktime(&tm);
   // -1 is also a valid moment (one second before the epoch).

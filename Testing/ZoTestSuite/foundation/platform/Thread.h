@@ -11,5 +11,10 @@ namespace ZoPlatform::Thread {
 void SetCurrentName(const std::string& name);
 // The name of the calling thread, as the system keeps it.
 std::string GetCurrentName();
+// Lets the calling thread run on the processors that the process may use
+// (the set of its main thread) at normal scheduling priority, whatever the
+// thread that started it had. False if either cannot be set; the thread
+// then keeps what it had.
+bool UseProcessAffinityAndNormalPriority();
 
 }  // namespace ZoPlatform::Thread

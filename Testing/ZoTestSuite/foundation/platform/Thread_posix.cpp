@@ -2,6 +2,8 @@
 #include "Thread.h"
 
 #include <pthread.h>
+#include <sched.h>
+#include <unistd.h>
 
 namespace ZoPlatform::Thread {
 
@@ -19,6 +21,16 @@ std::string GetCurrentName() {
   char buffer[16] = {};
   if (pthread_getname_np(pthread_self(), buffer, sizeof buffer) != 0) return std::string();
   return buffer;
+}
+
+bool UseProcessAffinityAndNormalPriority() {
+  cpu_set_t processors;
+  CPU_ZERO(&processors);
+  bool ok = sched_getaffinity(getpid(), sizeof processors, &processors) == 0 &&
+            pthread_setaffinity_np(pthread_self(), sizeof processors, &processors) == 0;
+  const sched_param normal{};
+  ok = pthread_setschedparam(pthread_self(), SCHED_OTHER, &normal) == 0 && ok;
+  return ok;
 }
 
 }  // namespace ZoPlatform::Thread

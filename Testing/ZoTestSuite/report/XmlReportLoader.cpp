@@ -1,0 +1,182 @@
+// Reading an XML report back into Report::SData.
+#include "report/XmlReportLoader.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "foundation/ZoFileSystem.h"
+#include "services/COut.h"
+#include "services/Utils.h"
+#include "services/XMLNode.h"
+
+namespace TestSuite::Report {
+
+namespace {
+
+// The 8-bit text of a node's first child of that name, widened; empty if
+// there is none.
+CString textOf(const XMLNode& parent, const char* name) {
+  const char* text = parent.getChildNode(name, 0).getText(0);
+  return text ? CString(text) : CString();
+}
+
+CString widen(const char* text) { return text ? CString(text) : CString(); }
+
+unsigned int uintOf(const XMLNode& parent, const char* name) {
+  unsigned int value = 0;
+  Utils::GetUInt32(parent.getChildNode(name, 0), value);
+  return value;
+}
+
+std::uint64_t uint64Of(const XMLNode& parent, const char* name) {
+  std::uint64_t value = 0;
+  Utils::GetUInt64(parent.getChildNode(name, 0), value);
+  return value;
+}
+
+std::int64_t int64Of(const XMLNode& parent, const char* name) {
+  const char* text = parent.getChildNode(name, 0).getText(0);
+  return text ? std::strtoll(text, nullptr, 10) : 0;
+}
+
+double doubleOf(const XMLNode& parent, const char* name) {
+  const char* text = parent.getChildNode(name, 0).getText(0);
+  return text ? std::atof(text) : 0.0;
+}
+
+Run::ECaseResult resultOf(const char* word) {
+  static const struct {
+    const char* sWord;
+    Run::ECaseResult eResult;
+  } c_words[] = {{"UNKNOWN", Run::eCaseUnknown},     {"OK", Run::eCaseOk},
+                 {"ERROR", Run::eCaseError},         {"EXCEPTION", Run::eCaseException},
+                 {"NOINPUT", Run::eCaseNoInput},     {"DIFFERENT", Run::eCaseDifferent},
+                 {"CANCELED", Run::eCaseCanceled},   {"TIMEOUT", Run::eCaseTimeout}};
+  if (word)
+    for (const auto& entry : c_words)
+      if (std::strcmp(word, entry.sWord) == 0) return entry.eResult;
+  return Run::eCaseUnknown;
+}
+
+void readSystemAndRun(const XMLNode& root, SData& data) {
+  const XMLNode system = root.getChildNode("SystemInfo", 0);
+  data.Processor = textOf(system, "Processor");
+  data.GPU = textOf(system, "GPU");
+  data.MachineName = textOf(system, "MachineName");
+  const XMLNode run = root.getChildNode("RunInfo", 0);
+  data.DataDirectory = textOf(run, "DataDirectory");
+  data.ExecutionMode = textOf(run, "ExecutionMode");
+  data.RunTag = textOf(run, "RunTag");
+  data.ThreadCount = uintOf(run, "ThreadCount");
+  data.TimeOut = uintOf(run, "TimeOut");
+}
+
+void readBuildInfo(const XMLNode& root, SData& data) {
+  const XMLNode build = root.getChildNode("BuildInfo", 0);
+  data.BuildConfiguration = textOf(build, "BuildConfiguration");
+  if (!textOf(build, "SvnURL").IsEmpty()) {
+    auto svn = std::make_shared<SSvnInfo>();
+    svn->URL = textOf(build, "SvnURL");
+    svn->Revision = textOf(build, "SvnRevision");
+    svn->WorkingCopyRootPath = textOf(build, "SvnWorkingCopyRootPath");
+    svn->LastChangedAuthor = textOf(build, "SvnLastChangedAuthor");
+    svn->LastChangedRev = textOf(build, "SvnLastChangedRev");
+    svn->LastChangedDate = textOf(build, "SvnLastChangedDate");
+    data.SvnInfo = std::move(svn);
+  }
+  if (!textOf(build, "PscmRepository").IsEmpty()) {
+    auto pscm = std::make_shared<SPscmInfo>();
+    pscm->Server = textOf(build, "PscmServer");
+    pscm->Repository = textOf(build, "PscmRepository");
+    pscm->Branch = textOf(build, "PscmBranch");
+    pscm->Changeset = textOf(build, "PscmChangeset");
+    pscm->ChangesetAuthor = textOf(build, "PscmChangesetAuthor");
+    pscm->WorkspacePath = textOf(build, "PscmWorkspacePath");
+    data.PscmInfo = std::move(pscm);
+  }
+}
+
+void readStatistics(const XMLNode& root, SData& data) {
+  const XMLNode statistics = root.getChildNode("Statistics", 0);
+  data.CasesTotal = uintOf(statistics, "CasesTotal");
+  data.Successful = uintOf(statistics, "Successful");
+  data.Errors = uintOf(statistics, "Errors");
+  data.Failures = uintOf(statistics, "Failures");
+  data.Warnings = uintOf(statistics, "Warnings");
+  data.MemoryAvg = uint64Of(statistics, "MemoryAvg");
+  data.MemoryMax = uint64Of(statistics, "MemoryMax");
+  data.MemoryMin = uint64Of(statistics, "MemoryMin");
+  data.TimeTotal = doubleOf(statistics, "TimeTotal");
+  data.TimeMax = doubleOf(statistics, "TimeMax");
+  data.TimeMin = doubleOf(statistics, "TimeMin");
+  data.TimeAvg = doubleOf(statistics, "TimeAvg");
+  data.DateBegin = textOf(statistics, "DateBegin");
+  data.DateEnd = textOf(statistics, "DateEnd");
+}
+
+void readClasses(const XMLNode& root, SData& data) {
+  const XMLNode classes = root.getChildNode("ClassStatistics", 0);
+  data.ClassesTotal = uintOf(classes, "ClassesTotal");
+  data.ClassesSuccessful = uintOf(classes, "Successful");
+  const int count = classes.getChildCount("Class");
+  for (int i = 0; i < count; ++i) {
+    const XMLNode node = classes.getChildNode("Class", i);
+    SClassData row;
+    row.Name = widen(node.getAttribute("Name"));
+    row.CasesTotal = uintOf(node, "CasesTotal");
+    row.Errors = uintOf(node, "Errors");
+    row.Failures = uintOf(node, "Failures");
+    row.Warnings = uintOf(node, "Warnings");
+    row.ContactName = textOf(node, "ContactName");
+    row.ContactEMail = textOf(node, "ContactEMail");
+    row.Successful = row.CasesTotal - row.Failures - row.Errors;
+    data.Classes.Add(row);
+  }
+}
+
+SCaseData readCase(const XMLNode& node) {
+  SCaseData row;
+  const char* id = node.getAttribute("id");
+  row.Id = id ? static_cast<unsigned int>(std::strtoul(id, nullptr, 10)) : 0;
+  row.ClassName = widen(node.getAttribute("classname"));
+  row.CaseName = widen(node.getAttribute("name"));
+  row.Time = doubleOf(node, "time");
+  row.Memory = uint64Of(node, "memory");
+  row.MemoryDelta = int64Of(node, "memorydelta");
+  const XMLNode result = node.getChildNode("result", 0);
+  row.ResultType = resultOf(result.getAttribute("type"));
+  const char* warning = result.getAttribute("warning");
+  row.Warning = warning && std::strcmp(warning, "true") == 0;
+  row.Message = MakeLeakMessage(row.MemoryDelta);
+  const int dumps = result.getChildCount("dump");
+  for (int i = 0; i < dumps; ++i) {
+    const XMLNode dump = result.getChildNode("dump", i);
+    const char* type = dump.getAttribute("type");
+    row.Dumps.Add(SDump{!(type && std::strcmp(type, "info") == 0), widen(dump.getText(0))});
+  }
+  return row;
+}
+
+}  // namespace
+
+bool LoadReportDataFromXMLFile(const CString& path, SData& data) {
+  data = SData();
+  if (!ZoFileSystem::Exists(path)) return false;
+  try {
+    XMLResults results;
+    const XMLNode root = XMLNode::parseFile(path, "testsuite", &results);
+    if (results.error != eXMLErrorNone) throw CString(L"XML-Syntax Fehler");
+    readSystemAndRun(root, data);
+    readBuildInfo(root, data);
+    readStatistics(root, data);
+    readClasses(root, data);
+    const int count = root.getChildCount("testcase");
+    for (int i = 0; i < count; ++i) data.Cases.Add(readCase(root.getChildNode("testcase", i)));
+    return true;
+  } catch (const CString& message) {
+    COut::Write(L"Fehler in Config-File: %s\n", message);
+    return false;
+  }
+}
+
+}  // namespace TestSuite::Report
