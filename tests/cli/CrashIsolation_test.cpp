@@ -103,7 +103,7 @@ struct SModeRun {
   SCliResult result;
 };
 
-// The four runs start together and are awaited together: most of their
+// The runs of a test start together and are awaited together: most of their
 // time is spent waiting for crashed and hanging children.
 class CrashIsolation : public ::testing::Test {
  protected:
@@ -111,29 +111,22 @@ class CrashIsolation : public ::testing::Test {
     s_frontEnd = std::make_unique<CPrivateFrontEnd>(std::vector<std::string>{"isolation_CrashClasses"});
     s_data = std::make_unique<CDataTree>(
         std::initializer_list<const char*>{"IsoCrash", "IsoHang", "IsoLeak", "IsoOutput", "IsoPass"});
-    s_runs = {{"External", {"-x"}, 0, {}},
-              {"External, two workers", {"-x", "-w", "2"}, 0, {}},
-              {"External Isolated", {"-x", "-l"}, 0, {}},
-              {"External Isolated, two workers", {"-x", "-l", "-w", "2"}, 0, {}}};
-    std::vector<std::unique_ptr<CCliProcess>> processes;
-    for (SModeRun& run : s_runs) {
-      std::vector<std::string> arguments = {"-d", s_data->Path(), "-t", "2", "-v", "--no-times", "--no-color",
-                                            "--track-heap"};
-      arguments.insert(arguments.end(), run.options.begin(), run.options.end());
-      processes.push_back(std::make_unique<CCliProcess>(s_frontEnd->Program(), arguments));
-      run.uiPid = processes.back()->GetId();
-    }
-    for (std::size_t i = 0; i < s_runs.size(); ++i) s_runs[i].result = processes[i]->Finish(120);
   }
   static void TearDownTestSuite() {
     s_data.reset();
     s_frontEnd.reset();
   }
 
-  static const SModeRun& runOf(const char* name) {
-    for (const SModeRun& run : s_runs)
-      if (std::string(run.szName) == name) return run;
-    throw std::runtime_error("no such run");
+  static void runAll(std::vector<SModeRun>& runs) {
+    std::vector<std::unique_ptr<CCliProcess>> processes;
+    for (SModeRun& run : runs) {
+      std::vector<std::string> arguments = {"-d", s_data->Path(), "-t", "2", "-v", "--no-times", "--no-color",
+                                            "--track-heap"};
+      arguments.insert(arguments.end(), run.options.begin(), run.options.end());
+      processes.push_back(std::make_unique<CCliProcess>(s_frontEnd->Program(), arguments));
+      run.uiPid = processes.back()->GetId();
+    }
+    for (std::size_t i = 0; i < runs.size(); ++i) runs[i].result = processes[i]->Finish(120);
   }
 
   // Every case has exactly one row with its own result; nothing is left.
@@ -161,17 +154,17 @@ class CrashIsolation : public ::testing::Test {
 
   static std::unique_ptr<CPrivateFrontEnd> s_frontEnd;
   static std::unique_ptr<CDataTree> s_data;
-  static std::vector<SModeRun> s_runs;
 };
 
 std::unique_ptr<CPrivateFrontEnd> CrashIsolation::s_frontEnd;
 std::unique_ptr<CDataTree> CrashIsolation::s_data;
-std::vector<SModeRun> CrashIsolation::s_runs;
 
 }  // namespace
 
 TEST_F(CrashIsolation, ExternalKeepsItsChildUntilACaseGoesWrong) {
-  const SModeRun& run = runOf("External");
+  std::vector<SModeRun> runs = {{"External", {"-x"}, 0, {}}};
+  runAll(runs);
+  const SModeRun& run = runs[0];
   expectEveryCaseCostsItsOwnRowOnly(run);
   const std::vector<SRow> rows = parseRows(run.result.sStdout);
   ASSERT_EQ(rows.size(), 13u);
@@ -183,7 +176,9 @@ TEST_F(CrashIsolation, ExternalKeepsItsChildUntilACaseGoesWrong) {
 // Rows come in the order they finished; per thread that is the order in
 // which the thread ran them.
 TEST_F(CrashIsolation, ExternalWithWorkersKeepsOneChildPerThreadUntilACaseGoesWrong) {
-  const SModeRun& run = runOf("External, two workers");
+  std::vector<SModeRun> runs = {{"External, two workers", {"-x", "-w", "2"}, 0, {}}};
+  runAll(runs);
+  const SModeRun& run = runs[0];
   expectEveryCaseCostsItsOwnRowOnly(run);
   std::map<int, SRow> lastOfThread;
   std::map<int, int> threadOfProcess;
@@ -201,12 +196,14 @@ TEST_F(CrashIsolation, ExternalWithWorkersKeepsOneChildPerThreadUntilACaseGoesWr
 }
 
 TEST_F(CrashIsolation, ExternalIsolatedGivesEveryCaseItsOwnChild) {
-  for (const char* name : {"External Isolated", "External Isolated, two workers"}) {
-    const SModeRun& run = runOf(name);
+  std::vector<SModeRun> runs = {{"External Isolated", {"-x", "-l"}, 0, {}},
+                                {"External Isolated, two workers", {"-x", "-l", "-w", "2"}, 0, {}}};
+  runAll(runs);
+  for (const SModeRun& run : runs) {
     expectEveryCaseCostsItsOwnRowOnly(run);
     std::set<int> processes;
     for (const SRow& row : parseRows(run.result.sStdout))
-      EXPECT_TRUE(processes.insert(row.iProcess).second) << name << ": P" << row.iProcess << " ran two cases";
+      EXPECT_TRUE(processes.insert(row.iProcess).second) << run.szName << ": P" << row.iProcess << " ran two cases";
   }
 }
 

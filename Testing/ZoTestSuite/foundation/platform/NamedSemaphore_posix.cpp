@@ -50,7 +50,8 @@ timespec deadlineAfter(std::uint32_t milliseconds) {
   ::clock_gettime(CLOCK_MONOTONIC, &now);
   const long long nanoseconds = now.tv_nsec + static_cast<long long>(milliseconds % 1000) * 1000000LL;
   timespec deadline{};
-  deadline.tv_sec = now.tv_sec + static_cast<time_t>(milliseconds / 1000) + static_cast<time_t>(nanoseconds / 1000000000LL);
+  deadline.tv_sec =
+      now.tv_sec + static_cast<time_t>(milliseconds / 1000) + static_cast<time_t>(nanoseconds / 1000000000LL);
   deadline.tv_nsec = static_cast<long>(nanoseconds % 1000000000LL);
   return deadline;
 }
