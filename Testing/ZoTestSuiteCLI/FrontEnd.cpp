@@ -37,6 +37,25 @@ unsigned int countRows(const XbArray<SUnitTest>& classes, unsigned int repeat) {
   return rows;
 }
 
+// Child processes load only the libraries of ZoTestSuiteEnvironment.conf:
+// their command line carries the data directory and the ids alone.
+bool runsCasesInChildren(const SSetup& setup) {
+  if (setup.run.bExternal) return true;
+  for (const SUnitTest& unitTest : setup.unitTests)
+    for (const SUnitTest::SCase& testCase : unitTest.Cases) {
+      const XbVariant* external = testCase.Params.Find(CString(L"External"));
+      if (external && external->IsBool() && external->GetBool()) return true;
+    }
+  return false;
+}
+
+void warnAboutLibrariesOfChildren(const SSetup& setup) {
+  if (setup.dllFiles.IsEmpty() || !runsCasesInChildren(setup)) return;
+  COut::Write(L"Hinweis: Mit --dll geladene Bibliotheken fehlen in den Kindprozessen; "
+              L"für -x gehören sie in ZoTestSuiteEnvironment.conf.\n")
+      .Color(ZoColorRGBA::c_GOLDENROD);
+}
+
 bool isFailure(Run::ECaseResult result) { return result != Run::eCaseOk && result != Run::eCaseCanceled; }
 
 int runTests(SSetup& setup, CEnvironment& env, CTerminalSink* sink) {
@@ -47,6 +66,7 @@ int runTests(SSetup& setup, CEnvironment& env, CTerminalSink* sink) {
     COut::Write(L"Keine Testfälle gefunden in %s.\n", setup.sDataDir).Color(ZoColorRGBA::c_GOLDENROD);
     return sc_iExitPassed;
   }
+  warnAboutLibrariesOfChildren(setup);
   if (sink) {
     sink->BeginRun(countRows(setup.unitTests, setup.run.uiRepeatCount));
     setup.callbacks.fnCaseFinished = [sink](Run::ECaseResult result) { sink->CaseFinished(isFailure(result)); };

@@ -7,7 +7,7 @@
 #include <filesystem>
 
 #include "CliRunner.h"
-#include "api_TempDirectory.h"
+#include "TempDirectory.h"
 #include "report/XmlReportLoader.h"
 
 using namespace TestSuite;
@@ -16,7 +16,7 @@ namespace {
 
 // CliScripted with a passing, a failing and a talking case; CliSecond with
 // a leaking case and one that returns a value outside the results (UNKNOWN).
-void makeTree(const ApiTempDirectory& root) {
+void makeTree(const TempDirectory& root) {
   root.MakeDirectory(L"data");
   root.MakeDirectory(L"data/CliScripted");
   root.WriteFile(L"data/CliScripted/a_pass.case", "pass");
@@ -35,7 +35,7 @@ struct SReports {
   bool bLoaded = false;
 };
 
-SReports runWithReports(const ApiTempDirectory& root, std::vector<std::string> extra = {}) {
+SReports runWithReports(const TempDirectory& root, std::vector<std::string> extra = {}) {
   SReports reports;
   reports.sOut = root.Path().ToUtf8() + "out/";
   std::vector<std::string> arguments = {"-d", root.Path().ToUtf8() + "data", "--dll", "cli_ScriptedClasses",
@@ -54,7 +54,7 @@ const Report::SCaseData* findCase(const Report::SData& data, const wchar_t* name
 }
 
 TEST(Reports, XmlReportLoadsBackAsTheRunWas) {
-  ApiTempDirectory root;
+  TempDirectory root;
   makeTree(root);
   const SReports reports = runWithReports(root, {"--run-tag", "e2e"});
   ASSERT_FALSE(reports.run.bTimedOut);
@@ -95,7 +95,7 @@ TEST(Reports, XmlReportLoadsBackAsTheRunWas) {
 }
 
 TEST(Reports, JUnitFileValidatesAgainstTheSchema) {
-  ApiTempDirectory root;
+  TempDirectory root;
   makeTree(root);
   const SReports reports = runWithReports(root);
   const std::string junit = reports.sOut + "junit.xml";
@@ -111,7 +111,7 @@ TEST(Reports, JUnitFileValidatesAgainstTheSchema) {
 }
 
 TEST(Reports, PageHasItsStyleSheetAndScriptBeside) {
-  ApiTempDirectory root;
+  TempDirectory root;
   makeTree(root);
   const SReports reports = runWithReports(root, {"--show-warnings"});
   const std::string page = CliTest::ReadText(reports.sOut + "run.html");
@@ -128,7 +128,7 @@ TEST(Reports, PageHasItsStyleSheetAndScriptBeside) {
 }
 
 TEST(Reports, MessageLimitAndClassesOnlyReachTheReports) {
-  ApiTempDirectory root;
+  TempDirectory root;
   makeTree(root);
   const SReports reports = runWithReports(root, {"--message-report-max", "0", "--html-classes-only"});
   ASSERT_TRUE(reports.bLoaded);
@@ -141,7 +141,7 @@ TEST(Reports, MessageLimitAndClassesOnlyReachTheReports) {
 }
 
 TEST(Reports, DefaultLocationIsBelowTheDocumentsDirectory) {
-  ApiTempDirectory root;
+  TempDirectory root;
   makeTree(root);
   root.MakeDirectory(L"documents");
   const std::string documents = root.Path().ToUtf8() + "documents";

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "CliRunner.h"
-#include "api_TempDirectory.h"
+#include "TempDirectory.h"
 
 #include <regex>
 
@@ -16,7 +16,7 @@ namespace {
 // data/CliScripted with one case of every kind, data/group/CliSecond with
 // one passing case, data/CliVanishing whose second case disappears between
 // discovery and run, and a directory that is no class.
-void makeTree(const ApiTempDirectory& root) {
+void makeTree(const TempDirectory& root) {
   root.MakeDirectory(L"data");
   root.MakeDirectory(L"data/CliScripted");
   const std::pair<const wchar_t*, const char*> cases[] = {
@@ -31,12 +31,12 @@ void makeTree(const ApiTempDirectory& root) {
   root.MakeDirectory(L"data/notes");
 }
 
-std::string dataDir(const ApiTempDirectory& root) { return root.Path().ToUtf8() + "data"; }
+std::string dataDir(const TempDirectory& root) { return root.Path().ToUtf8() + "data"; }
 
 }  // namespace
 
 TEST(RunSpine, ConsoleTextExitStatusAndLogFile) {
-  ApiTempDirectory root;
+  TempDirectory root;
   makeTree(root);
   const std::string log = root.Path().ToUtf8() + "run.log";
   const auto result = RunCli({"-d", dataDir(root), "--dll", "cli_ScriptedClasses", "--track-heap", "--log-file", log});
@@ -49,7 +49,7 @@ TEST(RunSpine, ConsoleTextExitStatusAndLogFile) {
 }
 
 TEST(RunSpine, RepetitionsStartTimesAndNoTimes) {
-  ApiTempDirectory root;
+  TempDirectory root;
   root.MakeDirectory(L"CliSecond");
   root.WriteFile(L"CliSecond/one.case", "pass");
   const auto result = RunCli({"-d", root.Path().ToUtf8() + "CliSecond", "--dll", "cli_ScriptedClasses", "-r", "2",
@@ -61,7 +61,7 @@ TEST(RunSpine, RepetitionsStartTimesAndNoTimes) {
 }
 
 TEST(RunSpine, AllPassedExitsZero) {
-  ApiTempDirectory root;
+  TempDirectory root;
   root.MakeDirectory(L"CliScripted");
   root.WriteFile(L"CliScripted/ok.case", "pass");
   const auto result = RunCli({"-d", root.Path().ToUtf8(), "--dll", "cli_ScriptedClasses"});
@@ -70,7 +70,7 @@ TEST(RunSpine, AllPassedExitsZero) {
 }
 
 TEST(RunSpine, NoTestAtAllSaysSoAndExitsZero) {
-  ApiTempDirectory root;
+  TempDirectory root;
   const auto result = RunCli({"-d", root.Path().ToUtf8(), "--dll", "cli_ScriptedClasses"});
   EXPECT_EQ(result.iExitCode, 0);
   const std::string path = root.Path().ToUtf8();
@@ -79,7 +79,7 @@ TEST(RunSpine, NoTestAtAllSaysSoAndExitsZero) {
 }
 
 TEST(RunSpine, MissingLibraryIsSilentAndFindsNothing) {
-  ApiTempDirectory root;
+  TempDirectory root;
   root.MakeDirectory(L"CliScripted");
   root.WriteFile(L"CliScripted/ok.case", "pass");
   const auto result = RunCli({"-d", root.Path().ToUtf8(), "--dll", "NoSuchLibrary"});
@@ -111,4 +111,16 @@ TEST(RunSpine, HelpListsEveryOptionAndVersionNamesTheRevision) {
   const auto version = RunCli({"--version"});
   EXPECT_EQ(version.iExitCode, 0);
   EXPECT_EQ(version.sStdout.rfind("ZoTestSuiteCLI 1.0.0 (revision ", 0), 0u);
+}
+
+TEST(RunSpine, LibrariesOfDllAreMissingInChildProcessesAndTheUserIsTold) {
+  TempDirectory root;
+  root.MakeDirectory(L"CliScripted");
+  root.WriteFile(L"CliScripted/ok.case", "pass");
+  const auto result = RunCli({"-d", root.Path().ToUtf8(), "--dll", "cli_ScriptedClasses", "-x", "--no-times"});
+  EXPECT_EQ(result.iExitCode, 1);
+  EXPECT_EQ(result.sStdout.find("Hinweis: Mit --dll geladene Bibliotheken fehlen in den Kindprozessen; "
+                                "für -x gehören sie in ZoTestSuiteEnvironment.conf.\n"),
+            0u);
+  EXPECT_NE(result.sStdout.find("\tok.case... FEHLER (Keinen passenden Testfall gefunden.)\n"), std::string::npos);
 }

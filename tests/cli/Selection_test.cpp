@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "CliRunner.h"
-#include "api_TempDirectory.h"
+#include "TempDirectory.h"
 
 using CliTest::ExpectGolden;
 using CliTest::Normalize;
@@ -84,7 +84,7 @@ class SelectionCliTest : public ::testing::Test {
     return lines;
   }
 
-  ApiTempDirectory m_root;
+  TempDirectory m_root;
 };
 
 const char* const c_sWarnings[] = {

@@ -3,6 +3,8 @@
 // selection file leaves.
 #include <gtest/gtest.h>
 
+#include "DiscoveryNames.h"
+
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -17,7 +19,6 @@ using TestSuite::SUnitTest;
 
 namespace {
 
-using Names = std::vector<std::wstring>;
 
 // Alpha (a1 a2 a3) in "geo/", Beta (b1 b2) and Zulu (z1) below the root.
 class CollectFilterTest : public ::testing::Test {

@@ -6,12 +6,14 @@
 
 #include <gtest/gtest.h>
 
+#include "DiscoveryNames.h"
+
 #include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "api_TempDirectory.h"
+#include "TempDirectory.h"
 #include "discovery_Warnings.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/platform/Library.h"
@@ -24,7 +26,6 @@ using TestSuite::SUnitTest;
 
 namespace {
 
-using Names = std::vector<std::wstring>;
 using Warnings = std::vector<std::wstring>;
 
 // Registers the test classes for the whole process; never unloaded.
@@ -62,21 +63,9 @@ class CollectUnitTestsTest : public ::testing::Test {
   }
   Warnings Printed() const { return DiscoveryWarnings(m_recorder); }
 
-  ApiTempDirectory m_tree;
+  TempDirectory m_tree;
   COutRecorder m_recorder;
 };
-
-Names ClassNames(const XbArray<SUnitTest>& unitTests) {
-  Names names;
-  for (const SUnitTest& unitTest : unitTests) names.push_back(unitTest.Name.Str());
-  return names;
-}
-
-Names CaseNames(const SUnitTest& unitTest) {
-  Names names;
-  for (const SUnitTest::SCase& testCase : unitTest.Cases) names.push_back(testCase.Name.Str());
-  return names;
-}
 
 // Alpha with three cases and Beta with four, for the case limit.
 class CaseLimitTest : public CollectUnitTestsTest {

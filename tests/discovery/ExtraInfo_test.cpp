@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "api_TempDirectory.h"
+#include "TempDirectory.h"
 #include "discovery_Warnings.h"
 #include "services_COutRecorder.h"
 
@@ -38,7 +38,7 @@ class ExtraInfoTest : public ::testing::Test {
   CString FilePath() const { return m_dir.Path() + L"#ExtraInfo.xml"; }
   Warnings Printed() const { return DiscoveryWarnings(m_recorder); }
 
-  ApiTempDirectory m_dir;
+  TempDirectory m_dir;
   COutRecorder m_recorder;
 };
 

@@ -2,6 +2,8 @@
 // level of the tree decides for a case, and what the purge keeps.
 #include <gtest/gtest.h>
 
+#include "DiscoveryNames.h"
+
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -21,7 +23,6 @@ using TestSuite::SUnitTest;
 namespace {
 
 using Results = std::vector<EFilterResult>;
-using Names = std::vector<std::wstring>;
 
 SUnitTest MakeClass(const wchar_t* name, const wchar_t* dataDir, std::initializer_list<const wchar_t*> cases) {
   SUnitTest unitTest;
@@ -82,18 +83,6 @@ class FilterTableTest : public ::testing::Test {
   XbArray<SUnitTest> m_unitTests;
   CTree m_tree;
 };
-
-Names ClassNames(const XbArray<SUnitTest>& unitTests) {
-  Names names;
-  for (const SUnitTest& unitTest : unitTests) names.push_back(unitTest.Name.Str());
-  return names;
-}
-
-Names CaseNames(const SUnitTest& unitTest) {
-  Names names;
-  for (const SUnitTest::SCase& testCase : unitTest.Cases) names.push_back(testCase.Name.Str());
-  return names;
-}
 
 const EFilterResult I = FilterInclude, X = FilterExclude, N = FilterNeutral;
 

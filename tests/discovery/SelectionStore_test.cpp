@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "api_TempDirectory.h"
+#include "TempDirectory.h"
 #include "foundation/ZoFileSystem.h"
 
 using TestSuite::CSelectionStore;
@@ -59,7 +59,7 @@ class SelectionStoreTest : public ::testing::Test {
     return bytes;
   }
 
-  ApiTempDirectory m_dir;
+  TempDirectory m_dir;
 };
 
 const char* const c_sHead = "<?xml version=\"1.0\" encoding='ISO-8859-1'?>\n<Config version=\"1.0\">\n";

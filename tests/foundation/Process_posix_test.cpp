@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 using ZoPlatform::Process::CChild;
 using ZoPlatform::Process::EStandardStreams;
@@ -80,10 +80,10 @@ TEST(Process, NullStreamsPutAllThreeOnDevNull) {
 }
 
 TEST(Process, ARelativeProgramPathIsTakenFromTheParentsDirectory) {
-  ServicesScratchDir parent, child;
+  TempDirectory parent, child;
   std::filesystem::create_directory((parent / L"sub").ToUtf8());
   const CString script = parent / L"sub/prog.sh";
-  ServicesScratchDir::WriteBytes(script, "#!/bin/sh\npwd -P > hier.txt\n");
+  TempDirectory::WriteBytes(script, "#!/bin/sh\npwd -P > hier.txt\n");
   std::filesystem::permissions(script.ToUtf8(), std::filesystem::perms::owner_all);
   const std::filesystem::path previous = std::filesystem::current_path();
   std::filesystem::current_path(parent.Path().ToUtf8());
@@ -96,12 +96,12 @@ TEST(Process, ARelativeProgramPathIsTakenFromTheParentsDirectory) {
   ASSERT_TRUE(started);
   ASSERT_TRUE(process.WaitFor(60000));
   EXPECT_EQ(process.GetExitStatus().iCode, 0);
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(child / L"hier.txt"),
+  EXPECT_EQ(TempDirectory::ReadBytes(child / L"hier.txt"),
             std::filesystem::canonical(child.Path().ToUtf8()).string() + "\n");
 }
 
 TEST(Process, AMissingWorkingDirectoryMeansNoStart) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   CChild process;
   SSpawnRequest request = shell("exit 0");
   request.sWorkingDirectory = (dir / L"fehlt").ToUtf8();

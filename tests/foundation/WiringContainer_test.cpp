@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "api_TempDirectory.h"
+#include "TempDirectory.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ TEST(WiringContainer, HoldsTheConfigurationGivenAsText) {
 }
 
 TEST(WiringContainer, HoldsTheConfigurationReadFromAFile) {
-  ApiTempDirectory dir;
+  TempDirectory dir;
   dir.WriteFile(L"ZoTestSuite.wiring.xml", c_szConfiguration);
   const Wiring::CContainer container((dir.Path() + L"ZoTestSuite.wiring.xml").GetString(), false);
   EXPECT_FALSE(container.IsEmpty());
@@ -29,7 +29,7 @@ TEST(WiringContainer, HoldsTheConfigurationReadFromAFile) {
 }
 
 TEST(WiringContainer, AFileThatCannotBeReadLeavesItEmpty) {
-  ApiTempDirectory dir;
+  TempDirectory dir;
   const Wiring::CContainer container((dir.Path() + L"missing.xml").GetString(), false);
   EXPECT_TRUE(container.IsEmpty());
   EXPECT_TRUE(container.GetConfiguration().isEmpty());

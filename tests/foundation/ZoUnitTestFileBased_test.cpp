@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "api_TempDirectory.h"
+#include "TempDirectory.h"
 #include "foundation/UnitTestFactory.h"
 
 namespace {
@@ -40,13 +40,13 @@ XbArray<CString> subtestsOf(const CString& dir, const CString& wildcard) {
 }  // namespace
 
 TEST(ZoUnitTestFileBased, ListsTheMatchingFilesSortedByName) {
-  ApiTempDirectory dir;
+  TempDirectory dir;
   for (const wchar_t* name : {L"b.csv", L"a.csv", L"C.csv", L"notes.txt", L"a.csv.bak"}) dir.WriteFile(name);
   EXPECT_EQ(subtestsOf(dir.Path(), L"*.csv"), (XbArray<CString>{L"C.csv", L"a.csv", L"b.csv"}));
 }
 
 TEST(ZoUnitTestFileBased, DirectoriesAreNoSubtests) {
-  ApiTempDirectory dir;
+  TempDirectory dir;
   dir.WriteFile(L"data.csv");
   dir.MakeDirectory(L"folder.csv");
   EXPECT_EQ(subtestsOf(dir.Path(), L"*.csv"), (XbArray<CString>{L"data.csv"}));
@@ -54,32 +54,32 @@ TEST(ZoUnitTestFileBased, DirectoriesAreNoSubtests) {
 }
 
 TEST(ZoUnitTestFileBased, AQuestionMarkStandsForExactlyOneCharacter) {
-  ApiTempDirectory dir;
+  TempDirectory dir;
   for (const wchar_t* name : {L"x.dat", L"x1.dat", L"xy.dat", L"x12.dat"}) dir.WriteFile(name);
   EXPECT_EQ(subtestsOf(dir.Path(), L"x?.dat"), (XbArray<CString>{L"x1.dat", L"xy.dat"}));
 }
 
 TEST(ZoUnitTestFileBased, StarsMatchAnyRunIncludingNone) {
-  ApiTempDirectory dir;
+  TempDirectory dir;
   for (const wchar_t* name : {L"abc", L"aXbYc", L"abcc", L"acb", L"ab"}) dir.WriteFile(name);
   EXPECT_EQ(subtestsOf(dir.Path(), L"a*b*c"), (XbArray<CString>{L"aXbYc", L"abc", L"abcc"}));
   EXPECT_EQ(subtestsOf(dir.Path(), L"ab"), (XbArray<CString>{L"ab"}));
 }
 
 TEST(ZoUnitTestFileBased, TheWildcardIsCaseSensitive) {
-  ApiTempDirectory dir;
+  TempDirectory dir;
   dir.WriteFile(L"upper.CSV");
   dir.WriteFile(L"lower.csv");
   EXPECT_EQ(subtestsOf(dir.Path(), L"*.csv"), (XbArray<CString>{L"lower.csv"}));
 }
 
 TEST(ZoUnitTestFileBased, AMissingDirectoryHasNoSubtests) {
-  ApiTempDirectory dir;
+  TempDirectory dir;
   EXPECT_TRUE(subtestsOf(dir.Path() + L"missing/", L"*").IsEmpty());
 }
 
 TEST(ZoUnitTestFileBased, InitSubtestsAgainSeesTheDirectoryAsItIsNow) {
-  ApiTempDirectory dir;
+  TempDirectory dir;
   dir.WriteFile(L"one.csv");
   ApiFileTest test(L"*.csv");
   test.SetDataDirectory(dir.Path());
@@ -92,7 +92,7 @@ TEST(ZoUnitTestFileBased, InitSubtestsAgainSeesTheDirectoryAsItIsNow) {
 }
 
 TEST(ZoUnitTestFileBased, GetFilePathJoinsDirectoryAndFileName) {
-  ApiTempDirectory dir;
+  TempDirectory dir;
   dir.WriteFile(L"case.csv");
   ApiFileTest test(L"*.csv");
   test.SetDataDirectory(dir.Path());
@@ -105,7 +105,7 @@ TEST(ZoUnitTestFileBased, GetFilePathJoinsDirectoryAndFileName) {
 }
 
 TEST(ZoUnitTestFileBased, ARegisteredClassIsFoundAsFileBasedThroughTheFactory) {
-  ApiTempDirectory dir;
+  TempDirectory dir;
   dir.WriteFile(L"x.csv");
   std::unique_ptr<ZoUnitTest> test = CreateUnitTestInstance(L"ApiCsvFileTest");
   ASSERT_NE(test, nullptr);

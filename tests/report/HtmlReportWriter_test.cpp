@@ -8,7 +8,7 @@
 #include "report/XmlReportWriter.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 namespace {
 
@@ -17,7 +17,7 @@ using namespace TestSuite::Report;
 using namespace ReportTest;
 
 std::string writePage(const SData& data, bool omitCaseTable = false, bool hideWarnings = true) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   const CString path = directory / L"report.html";
   WriteHtmlReport(path, data, omitCaseTable, hideWarnings);
   return ReadBytes(path);
@@ -87,7 +87,7 @@ TEST(HtmlReportWriterTest, WarningsHiddenLeaveOutTheSectionAndColourNothing) {
 }
 
 TEST(HtmlReportWriterTest, ReportLoadedFromXmlShowsNoSummaryForWarningsAlone) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   WriteXmlReport(directory / L"report.xml", passingRunWithWarning());
   SData loaded;
   ASSERT_TRUE(LoadReportDataFromXMLFile(directory / L"report.xml", loaded));
@@ -129,8 +129,8 @@ TEST(HtmlReportWriterTest, CaseTableCountsRowsNotIdsAndShowsDumpsOnOneLine) {
 }
 
 TEST(HtmlReportWriterTest, CaseTableCanBeOmittedAndTheNeighbourFilesAreWrittenAllTheSame) {
-  ServicesScratchDir directory;
-  ServicesScratchDir::WriteBytes(directory / L"ZoTestSuite.css", "old");
+  TempDirectory directory;
+  TempDirectory::WriteBytes(directory / L"ZoTestSuite.css", "old");
   WriteHtmlReport(directory / L"page.html", MakeFixedReport(), true, true);
   const std::string page = ReadBytes(directory / L"page.html");
   EXPECT_FALSE(contains(page, "Testcases"));
@@ -183,7 +183,7 @@ TEST(HtmlReportWriterTest, BuildTableHasTheRowsOfTheBuildInformationThatExists) 
 }
 
 TEST(HtmlReportWriterTest, EmptyPathWritesNothingAndUnwritablePathPrintsOneLine) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   COutRecorder recorder;
   WriteHtmlReport(CString(), MakeEmptyReport(), false, true);
   EXPECT_TRUE(recorder.Text().IsEmpty());

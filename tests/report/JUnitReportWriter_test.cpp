@@ -5,7 +5,7 @@
 #include "report/JUnitReportWriter.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 namespace {
 
@@ -15,9 +15,9 @@ using namespace ReportTest;
 
 const std::string c_schema = ZO_SOURCE_DIR "/tests/report/data/junit-10.xsd";
 
-std::string writeJUnit(const SData& data, CString* written = nullptr, ServicesScratchDir* keep = nullptr) {
-  ServicesScratchDir own;
-  ServicesScratchDir& directory = keep ? *keep : own;
+std::string writeJUnit(const SData& data, CString* written = nullptr, TempDirectory* keep = nullptr) {
+  TempDirectory own;
+  TempDirectory& directory = keep ? *keep : own;
   const CString path = directory / L"junit.xml";
   WriteJUnitReport(path, data);
   if (written) *written = path;
@@ -27,7 +27,7 @@ std::string writeJUnit(const SData& data, CString* written = nullptr, ServicesSc
 bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 TEST(JUnitReportWriterTest, FixedReportValidatesAgainstTheSchema) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   CString path;
   writeJUnit(MakeFixedReport(), &path, &directory);
   std::string messages;
@@ -35,7 +35,7 @@ TEST(JUnitReportWriterTest, FixedReportValidatesAgainstTheSchema) {
 }
 
 TEST(JUnitReportWriterTest, EmptyReportValidatesToo) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   CString path;
   writeJUnit(MakeEmptyReport(), &path, &directory);
   std::string messages;
@@ -102,7 +102,7 @@ TEST(JUnitReportWriterTest, CasesOfAClassNameShareOneSuite) {
 }
 
 TEST(JUnitReportWriterTest, EmptyPathWritesNothingAndUnwritablePathPrintsOneLine) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   COutRecorder recorder;
   WriteJUnitReport(CString(), MakeEmptyReport());
   EXPECT_TRUE(recorder.Text().IsEmpty());

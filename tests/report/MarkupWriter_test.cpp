@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "api_TempDirectory.h"
+#include "TempDirectory.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/ZoStreamFile.h"
 
@@ -146,7 +146,7 @@ TEST(MarkupWriterCleanTest, IsAllowedCharacterAtTheBordersOfItsRanges) {
 }
 
 TEST(MarkupWriterFileTest, ReachesTheFileAsIso88591Bytes) {
-  ApiTempDirectory directory;
+  TempDirectory directory;
   const CString path = directory.Path() + L"report.xml";
   {
     ZoStreamWriteASCIIFile file(path, 0, 0, 0);

@@ -8,7 +8,7 @@
 #include "report/XmlReportWriter.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ class CDocumentsDirectory {
   const CString& Path() const { return m_directory.Path(); }
 
  private:
-  ServicesScratchDir m_directory;
+  TempDirectory m_directory;
   FoundationTest::CScopedEnvironment m_environment{"XDG_DOCUMENTS_DIR", m_directory.Path().ToUtf8()};
 };
 

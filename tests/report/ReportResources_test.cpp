@@ -6,7 +6,7 @@
 
 #include "report/ReportResources.h"
 #include "report_Fixtures.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 namespace {
 
@@ -81,14 +81,14 @@ TEST(ReportResourcesTest, ScriptIsTheSortingScriptBehindTheGermanHeader) {
 }
 
 TEST(ReportResourcesTest, FilesBesideAPageGetTheResourcesAsTheyStand) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   WriteReportResourceFiles(directory.Path());
   EXPECT_EQ(ReadBytes(directory / L"ZoTestSuite.css"), LoadStyleSheet());
   EXPECT_EQ(ReadBytes(directory / L"ZoTestSuite.js"), LoadReportScript());
 }
 
 TEST(ReportResourcesTest, UnwritableDirectoryThrows) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   EXPECT_ANY_THROW(WriteReportResourceFiles(directory / L"missing/"));
 }
 

@@ -8,7 +8,7 @@
 #include "report/XmlReportWriter.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 namespace {
 
@@ -25,9 +25,9 @@ struct SLoaded {
 };
 
 SLoaded loadText(const std::string& text) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   const CString path = directory / L"report.xml";
-  ServicesScratchDir::WriteBytes(path, text);
+  TempDirectory::WriteBytes(path, text);
   COutRecorder recorder;
   SLoaded loaded;
   loaded.data.RunTag = L"left over";
@@ -41,7 +41,7 @@ SLoaded loadCase(const std::string& testcase) {
 }
 
 SData writeAndLoad(const SData& written) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   const CString path = directory / L"report.xml";
   WriteXmlReport(path, written);
   SData loaded;
@@ -142,7 +142,7 @@ TEST(XmlReportLoaderTest, TimeOutOfMinusOneComesBackAsAllOnesAndTimesKeepSixDeci
 }
 
 TEST(XmlReportLoaderTest, MissingFileGivesFalseAndPrintsNothing) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   SData data;
   data.RunTag = L"before";
   COutRecorder recorder;
@@ -165,7 +165,7 @@ TEST(XmlReportLoaderTest, BrokenXmlIsASyntaxError) {
 }
 
 TEST(XmlReportLoaderTest, TruncatedReportIsASyntaxError) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   const CString path = directory / L"report.xml";
   WriteXmlReport(path, MakeFixedReport());
   const std::string whole = ReadBytes(path);

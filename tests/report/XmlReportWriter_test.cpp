@@ -4,7 +4,7 @@
 #include "report/XmlReportWriter.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ using namespace TestSuite::Report;
 using namespace ReportTest;
 
 std::string writeReport(const SData& data) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   const CString path = directory / L"report.xml";
   WriteXmlReport(path, data);
   return ReadBytes(path);
@@ -147,7 +147,7 @@ TEST(XmlReportWriterTest, EmptyPathWritesNothing) {
 }
 
 TEST(XmlReportWriterTest, UnwritablePathPrintsOneLineAndReturns) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   const CString path = directory / L"missing/report.xml";
   COutRecorder recorder;
   WriteXmlReport(path, MakeEmptyReport());
@@ -155,9 +155,9 @@ TEST(XmlReportWriterTest, UnwritablePathPrintsOneLineAndReturns) {
 }
 
 TEST(XmlReportWriterTest, ExistingFileIsReplaced) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   const CString path = directory / L"report.xml";
-  ServicesScratchDir::WriteBytes(path, std::string(100000, 'x'));
+  TempDirectory::WriteBytes(path, std::string(100000, 'x'));
   WriteXmlReport(path, MakeEmptyReport());
   EXPECT_EQ(ReadBytes(path).find('x' + std::string(10, 'x')), std::string::npos);
 }

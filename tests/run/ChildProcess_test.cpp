@@ -10,7 +10,7 @@
 #include "IsolationFrontEnd.h"
 #include "foundation/ZoFileSystem.h"
 #include "services_COutRecorder.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 using namespace TestSuite;
 namespace fs = std::filesystem;
@@ -80,7 +80,7 @@ TEST(ChildProcess, ChildrenStartBesideTheExecutableUnlessToldOtherwise) {
 }
 
 TEST(ChildProcess, AProgramThatCannotBeStartedGivesNoChildAndNoMessage) {
-  ServicesScratchDir empty;
+  TempDirectory empty;
   SetChildProgramDirectory(empty.Path());
   COutRecorder recorder;
   const unsigned int next = TakeChildIndex() + 1;

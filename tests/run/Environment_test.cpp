@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "api_TempDirectory.h"
+#include "TempDirectory.h"
 #include "foundation/WiringContainer.h"
 #include "foundation/WrCProduct.h"
 #include "foundation/XbRTTI.h"
@@ -115,7 +115,7 @@ TEST(Environment, WorkingDirectoryMovesToTheExecutableAndBack) {
 TEST(Environment, ADeletedInitialDirectoryIsNotReported) {
   const CString before = ZoFileSystem::GetCurrentDirectoryW();
   {
-    auto scratch = std::make_unique<ApiTempDirectory>();
+    auto scratch = std::make_unique<TempDirectory>();
     ASSERT_TRUE(ZoFileSystem::SetCurrentDirectoryW(scratch->Path()));
     CEnvironment env;
     env.SetExecutableDirectoryAsWorkingDirectory();

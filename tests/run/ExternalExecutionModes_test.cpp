@@ -18,7 +18,7 @@
 #include "foundation/platform/System.h"
 #include "heap_TrackerTestKit.h"
 #include "services_COutRecorder.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 using namespace TestSuite;
 using IsolationTestClasses::IsolationFrontEnd;
@@ -198,7 +198,7 @@ TEST_F(ExternalModes, AChildThatWasIdleForFiveSecondsIsFoundDeadByTheNextCase) {
 }
 
 TEST_F(ExternalModes, AChildThatCannotBeStartedCostsItsCaseOnlyAndSaysNothing) {
-  ServicesScratchDir empty;
+  TempDirectory empty;
   SetChildProgramDirectory(empty.Path());
   const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoPass", {L"a"});
   SCaseContext context;

@@ -7,7 +7,7 @@
 #include "RunTestClasses.h"
 #include "foundation/ZoFileSystem.h"
 #include "services_COutRecorder.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 using namespace TestSuite;
 
@@ -44,7 +44,7 @@ TEST(RunSetup, DefaultRecord) {
 }
 
 TEST(RunDriver, NoTestClassAtAll) {
-  ServicesScratchDir data;
+  TempDirectory data;
   SSetup setup;
   setup.sDataDir = data.Path();
   COutRecorder recorder;

@@ -12,7 +12,7 @@
 #include "report/ReportNames.h"
 #include "report/XmlReportLoader.h"
 #include "services_COutRecorder.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 namespace {
 
@@ -57,8 +57,8 @@ class CReportScene {
   const std::vector<CString>& Opened() const { return m_opened; }
 
  private:
-  ServicesScratchDir m_documents;
-  ServicesScratchDir m_output;
+  TempDirectory m_documents;
+  TempDirectory m_output;
   FoundationTest::CScopedEnvironment m_environment{"XDG_DOCUMENTS_DIR", m_documents.Path().ToUtf8()};
   std::vector<CString> m_opened;
 };
@@ -147,7 +147,7 @@ TEST(RunReportsTest, PageFollowsTheSetupsHtmlOptions) {
   setup.bHtmlClassesOnly = true;
   const SFinishedRun run;
   WriteRunReports(setup, run.classes, run.result);
-  const std::string page = ServicesScratchDir::ReadBytes(*setup.oHtmlReport);
+  const std::string page = TempDirectory::ReadBytes(*setup.oHtmlReport);
   EXPECT_EQ(page.find("Testcases"), std::string::npos);
   EXPECT_NE(page.find("<tr class=\"failure\">"), std::string::npos);
   EXPECT_FALSE(ZoFileSystem::Exists(scene.Output() + L"run.xml"));

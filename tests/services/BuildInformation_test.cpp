@@ -8,7 +8,7 @@
 #include "foundation/ZoFileSystem.h"
 #include "foundation_TestFiles.h"
 #include "services/BuildInformation.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 namespace {
 
@@ -121,7 +121,7 @@ TEST(BuildInformationTest, BuildFromAGitCheckoutCarriesItsSourceControlRecord) {
 }
 
 TEST(BuildInformationTest, LocalDirectoryHasTwoLevelsMadeOnDemand) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   const FoundationTest::CScopedEnvironment data("XDG_DATA_HOME", directory.Path().ToUtf8());
   const CString local = GetLocalTestSuiteDir();
   EXPECT_EQ(local, directory.Path() + L"ZoTestSuite/Orvane/");
@@ -130,7 +130,7 @@ TEST(BuildInformationTest, LocalDirectoryHasTwoLevelsMadeOnDemand) {
 }
 
 TEST(BuildInformationTest, LocalDirectoryIsReturnedEvenIfItCannotBeMade) {
-  ServicesScratchDir directory;
+  TempDirectory directory;
   const CString missing = directory / L"missing/parent/";
   const FoundationTest::CScopedEnvironment data("XDG_DATA_HOME", missing.ToUtf8());
   EXPECT_EQ(GetLocalTestSuiteDir(), missing + L"ZoTestSuite/Orvane/");

@@ -16,7 +16,7 @@
 
 #include "foundation/XbException.h"
 #include "services_COutRecorder.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 using TestSuite::COut;
 
@@ -60,7 +60,7 @@ class COutTest : public ::testing::Test {
  protected:
   void SetUp() override { resetChannel(); }
   void TearDown() override { resetChannel(); }
-  ServicesScratchDir m_dir;
+  TempDirectory m_dir;
 };
 
 }  // namespace
@@ -151,7 +151,7 @@ TEST_F(COutTest, EmptyTextStillPassesThroughAllSinks) {
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_TRUE(messages[0].sText.IsEmpty());
   EXPECT_TRUE(std::filesystem::exists(log.ToUtf8()));  // the log was opened for it
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(log), "");
+  EXPECT_EQ(TempDirectory::ReadBytes(log), "");
 }
 
 TEST(COutDeathTest, WithoutConsoleLogOrCustomSinkNothingHappens) {
@@ -197,8 +197,8 @@ TEST_F(COutTest, BoldAndColorChangeNothingOnConsoleAndLog) {
   const std::string decoratedConsole = ::testing::internal::GetCapturedStdout();
   EXPECT_EQ(plainConsole, "Ergebnis 42\n");
   EXPECT_EQ(decoratedConsole, plainConsole);
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(plainLog), "Ergebnis 42\n");
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(decoratedLog), "Ergebnis 42\n");
+  EXPECT_EQ(TempDirectory::ReadBytes(plainLog), "Ergebnis 42\n");
+  EXPECT_EQ(TempDirectory::ReadBytes(decoratedLog), "Ergebnis 42\n");
 }
 
 TEST_F(COutTest, ALiteralPercentSignMustBeDoubled) {
@@ -219,20 +219,20 @@ TEST_F(COutTest, ConsoleAndLogTakeTheTextUpToItsFirstNul) {
   ::testing::internal::CaptureStdout();
   COut::Write(L"%s", withNul);
   EXPECT_EQ(::testing::internal::GetCapturedStdout(), "vorn");
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(log), "vorn");
+  EXPECT_EQ(TempDirectory::ReadBytes(log), "vorn");
   ASSERT_EQ(recorder.Messages().size(), 1u);
   EXPECT_EQ(recorder.Messages()[0].sText.Str(), withNul);  // custom sinks see all of it
 }
 
 TEST_F(COutTest, TheLogIsOpenedByTheFirstMessageNotBySetting) {
   const CString log = m_dir / L"spaet.log";
-  ServicesScratchDir::WriteBytes(log, "alter Inhalt\n");
+  TempDirectory::WriteBytes(log, "alter Inhalt\n");
   COut::SetConsoleOut(false);
   COut::SetLogFileOut(log);
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(log), "alter Inhalt\n");  // not yet truncated
+  EXPECT_EQ(TempDirectory::ReadBytes(log), "alter Inhalt\n");  // not yet truncated
   COut::Write(L"eins\n");
   COut::Write(L"zwei\n");
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(log), "eins\nzwei\n");  // flushed per message
+  EXPECT_EQ(TempDirectory::ReadBytes(log), "eins\nzwei\n");  // flushed per message
 }
 
 TEST_F(COutTest, AnEmptyPathStopsTheLogAndClosesItWithTheNextMessage) {
@@ -242,12 +242,12 @@ TEST_F(COutTest, AnEmptyPathStopsTheLogAndClosesItWithTheNextMessage) {
   COut::Write(L"eins\n");
   COut::SetLogFileOut(L"");
   COut::Write(L"nicht im Log\n");
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(log), "eins\n");
+  EXPECT_EQ(TempDirectory::ReadBytes(log), "eins\n");
   // The stream was closed by that message: the same path opens anew and
   // truncates.
   COut::SetLogFileOut(log);
   COut::Write(L"zwei\n");
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(log), "zwei\n");
+  EXPECT_EQ(TempDirectory::ReadBytes(log), "zwei\n");
 }
 
 TEST_F(COutTest, AnEmptyPathWithoutAMessageInBetweenKeepsTheStreamOpen) {
@@ -258,7 +258,7 @@ TEST_F(COutTest, AnEmptyPathWithoutAMessageInBetweenKeepsTheStreamOpen) {
   COut::SetLogFileOut(L"");
   COut::SetLogFileOut(log);
   COut::Write(L"zwei\n");
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(log), "eins\nzwei\n");  // no new opening, no truncation
+  EXPECT_EQ(TempDirectory::ReadBytes(log), "eins\nzwei\n");  // no new opening, no truncation
 }
 
 TEST_F(COutTest, ASecondPathWhileTheStreamIsOpenIsIgnored) {
@@ -268,7 +268,7 @@ TEST_F(COutTest, ASecondPathWhileTheStreamIsOpenIsIgnored) {
   COut::Write(L"eins\n");
   COut::SetLogFileOut(second);
   COut::Write(L"zwei\n");
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(first), "eins\nzwei\n");
+  EXPECT_EQ(TempDirectory::ReadBytes(first), "eins\nzwei\n");
   EXPECT_FALSE(std::filesystem::exists(second.ToUtf8()));
 }
 
@@ -297,7 +297,7 @@ TEST_F(COutTest, AnUnrepresentableCharacterSilencesTheLogForTheStreamsLife) {
   const std::string console = ::testing::internal::GetCapturedStdout();
   resetChannel();
   std::locale::global(previous);
-  const std::string logged = ServicesScratchDir::ReadBytes(log);
+  const std::string logged = TempDirectory::ReadBytes(log);
   EXPECT_EQ(logged.rfind("vorher\n", 0), 0u);
   EXPECT_EQ(logged.find("nachher"), std::string::npos);
   EXPECT_EQ(console, "vorher\nGr\xC3\xBC\xC3\x9F\x65\nnachher\n");
@@ -318,7 +318,7 @@ TEST_F(COutTest, TheLogNarrowsWithTheGlobalLocale) {
   COut::Write(L"Grüße\n");
   resetChannel();
   std::locale::global(previous);
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(log), "Gr\xC3\xBC\xC3\x9F\x65\n");
+  EXPECT_EQ(TempDirectory::ReadBytes(log), "Gr\xC3\xBC\xC3\x9F\x65\n");
 }
 
 TEST_F(COutTest, CustomSinksRunInOrderOfRegistrationAndBeforeTheLog) {
@@ -329,7 +329,7 @@ TEST_F(COutTest, CustomSinksRunInOrderOfRegistrationAndBeforeTheLog) {
   std::vector<std::string> seen;
   actionSink(0).fnAction = [&](const COut& out) { seen.push_back("0:" + out.GetText().ToUtf8()); };
   actionSink(1).fnAction = [&](const COut& out) {
-    seen.push_back("1:" + out.GetText().ToUtf8() + "|log=" + ServicesScratchDir::ReadBytes(log));
+    seen.push_back("1:" + out.GetText().ToUtf8() + "|log=" + TempDirectory::ReadBytes(log));
   };
   COut::Write(L"a");
   COut::Write(L"b");
@@ -393,5 +393,5 @@ TEST_F(COutTest, MessagesOfManyThreadsStayWholeAndInOneOrderInAllSinks) {
   ASSERT_EQ(messages.size(), 400u);
   std::string expectedLog;
   for (const auto& message : messages) expectedLog += message.sText.ToUtf8();
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(log), expectedLog);
+  EXPECT_EQ(TempDirectory::ReadBytes(log), expectedLog);
 }

@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "foundation/ZoFileSystem.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 using namespace TestSuite;
 
@@ -88,7 +88,7 @@ TEST(UtilsPath, GetPathLeafAndDirectoryAreTheTwoHalves) {
 }
 
 TEST(UtilsPath, AssertDirectoryCreatesOneMissingLevel) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   const CString target = dir / L"neu";
   EXPECT_TRUE(Utils::AssertDirectory(target));
   EXPECT_TRUE(std::filesystem::is_directory(target.ToUtf8()));
@@ -96,14 +96,14 @@ TEST(UtilsPath, AssertDirectoryCreatesOneMissingLevel) {
 }
 
 TEST(UtilsPath, AssertDirectoryMakesNoChainOfDirectories) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   EXPECT_FALSE(Utils::AssertDirectory(dir / L"a/b"));
   EXPECT_FALSE(std::filesystem::exists((dir / L"a").ToUtf8()));
 }
 
 TEST(UtilsPath, AssertDirectoryIsContentWithAnExistingFile) {
-  ServicesScratchDir dir;
-  ServicesScratchDir::WriteBytes(dir / L"datei", "x");
+  TempDirectory dir;
+  TempDirectory::WriteBytes(dir / L"datei", "x");
   EXPECT_TRUE(Utils::AssertDirectory(dir / L"datei"));
 }
 

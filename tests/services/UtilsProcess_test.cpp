@@ -5,7 +5,7 @@
 #include <chrono>
 #include <filesystem>
 
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 using namespace TestSuite;
 
@@ -27,7 +27,7 @@ TEST(UtilsProcess, ALimitOfZeroKillsTheChildAtOnce) {
 }
 
 TEST(UtilsProcess, AMissingExecutableGivesThreeWarningLines) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   const CString executable = dir / L"gibt es nicht";
   const CString result = Utils::RunProcess(L"\"" + executable + L"\"", L"-a \"b c\"", dir.Path(), 5);
   EXPECT_EQ(result, L"Warnung: Prozess \"" + executable + L"\" konnte nicht gestartet werden:\n" +
@@ -35,7 +35,7 @@ TEST(UtilsProcess, AMissingExecutableGivesThreeWarningLines) {
 }
 
 TEST(UtilsProcess, AMissingWorkingDirectoryMeansTheChildCannotStart) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   const CString missing = dir / L"fehlt";
   const CString result = Utils::RunProcess(L"/bin/sh", L"-c \"exit 0\"", missing, 5);
   EXPECT_EQ(result, L"Warnung: Prozess /bin/sh konnte nicht gestartet werden:\n"
@@ -44,30 +44,30 @@ TEST(UtilsProcess, AMissingWorkingDirectoryMeansTheChildCannotStart) {
 }
 
 TEST(UtilsProcess, TheChildRunsInTheGivenWorkingDirectory) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   ASSERT_EQ(Utils::RunProcess(L"/bin/sh", L"-c \"pwd -P > wo.txt\"", dir.Path(), 10), CString(L""));
   const std::string expected = std::filesystem::canonical(dir.Path().ToUtf8()).string() + "\n";
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(dir / L"wo.txt"), expected);
+  EXPECT_EQ(TempDirectory::ReadBytes(dir / L"wo.txt"), expected);
 }
 
 TEST(UtilsProcess, WordsAreSplitAtBlanksOutsideQuotesAndTheQuotesRemoved) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   // $0 is "a b" as one word, $1 is c: $# counts one positional word.
   ASSERT_EQ(Utils::RunProcess(L"/bin/sh", L"-c   \"echo $#:$0:$1 > w.txt\" \"a b\"  c", dir.Path(), 10), CString(L""));
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(dir / L"w.txt"), "1:a b:c\n");
+  EXPECT_EQ(TempDirectory::ReadBytes(dir / L"w.txt"), "1:a b:c\n");
 }
 
 TEST(UtilsProcess, AQuotedExecutableMayHoldBlanks) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   const CString script = dir / L"mein Programm.sh";
-  ServicesScratchDir::WriteBytes(script, "#!/bin/sh\necho \"$1\" > ergebnis.txt\n");
+  TempDirectory::WriteBytes(script, "#!/bin/sh\necho \"$1\" > ergebnis.txt\n");
   std::filesystem::permissions(script.ToUtf8(), std::filesystem::perms::owner_all);
   ASSERT_EQ(Utils::RunProcess(L"\"" + script + L"\"", L"\"ü x\"", dir.Path(), 10), CString(L""));
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(dir / L"ergebnis.txt"), "\xC3\xBC x\n");
+  EXPECT_EQ(TempDirectory::ReadBytes(dir / L"ergebnis.txt"), "\xC3\xBC x\n");
 }
 
 TEST(UtilsProcess, AProgramNameWithoutDirectoryIsSearchedInThePath) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   ASSERT_EQ(Utils::RunProcess(L"sh", L"-c \"echo ok > p.txt\"", dir.Path(), 10), CString(L""));
-  EXPECT_EQ(ServicesScratchDir::ReadBytes(dir / L"p.txt"), "ok\n");
+  EXPECT_EQ(TempDirectory::ReadBytes(dir / L"p.txt"), "ok\n");
 }

@@ -6,7 +6,7 @@
 
 #include "foundation/CString.h"
 #include "services/XMLNode.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 using namespace TestSuite;
 
@@ -38,8 +38,8 @@ const char* const c_document =
     "<?xml version=\"1.0\" encoding=\"UTF-16\"?>\n<a v=\"\xC3\xA4\">\xE2\x82\xAC \xF0\x9F\x98\x80</a>";
 
 void expectDocument(const std::string& bytes) {
-  ServicesScratchDir dir;
-  ServicesScratchDir::WriteBytes(dir / L"wide.xml", bytes);
+  TempDirectory dir;
+  TempDirectory::WriteBytes(dir / L"wide.xml", bytes);
   XMLResults results;
   const XMLNode node = XMLNode::parseFile(dir / L"wide.xml", "a", &results);
   ASSERT_EQ(results.error, eXMLErrorNone);
@@ -70,16 +70,16 @@ TEST(XMLInput, Utf16FilesWithoutMarkAreRecognisedByTheirZeroBytes) {
 }
 
 TEST(XMLInput, Utf16WithoutMarkAndWideCharactersEarlyIsTakenAsNarrow) {
-  ServicesScratchDir dir;
-  ServicesScratchDir::WriteBytes(dir / L"early.xml", utf16("<a>\xE2\x82\xAC</a>", false, false));
+  TempDirectory dir;
+  TempDirectory::WriteBytes(dir / L"early.xml", utf16("<a>\xE2\x82\xAC</a>", false, false));
   XMLResults results;
   XMLNode::parseFile(dir / L"early.xml", "a", &results);
   EXPECT_EQ(results.error, eXMLErrorMissingTagName);  // the zero bytes end the narrow text after "<"
 }
 
 TEST(XMLInput, ErrorPositionsOfAWideFileCountInTheConvertedText) {
-  ServicesScratchDir dir;
-  ServicesScratchDir::WriteBytes(dir / L"bad.xml", utf16("<a>\n\xC3\xA4&x;</a>", false, true));
+  TempDirectory dir;
+  TempDirectory::WriteBytes(dir / L"bad.xml", utf16("<a>\n\xC3\xA4&x;</a>", false, true));
   XMLResults results;
   EXPECT_TRUE(XMLNode::parseFile(dir / L"bad.xml", nullptr, &results).isEmpty());
   EXPECT_EQ(results.error, eXMLErrorUnknownCharacterEntity);
@@ -88,11 +88,11 @@ TEST(XMLInput, ErrorPositionsOfAWideFileCountInTheConvertedText) {
 }
 
 TEST(XMLInput, FailedConversionIsError15) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   std::string bytes = utf16("<a>x", false, true);
   bytes += std::string("\x00\xD8", 2);  // a high surrogate without its partner
   bytes += utf16("</a>", false, false);
-  ServicesScratchDir::WriteBytes(dir / L"broken.xml", bytes);
+  TempDirectory::WriteBytes(dir / L"broken.xml", bytes);
   XMLResults results;
   EXPECT_TRUE(XMLNode::parseFile(dir / L"broken.xml", nullptr, &results).isEmpty());
   EXPECT_EQ(results.error, eXMLErrorCharConversionError);
@@ -142,8 +142,8 @@ TEST(XMLInput, Utf8MarkIsSkipped) {
 }
 
 TEST(XMLInput, ReadFileGivesTheBytesAsTheyAre) {
-  ServicesScratchDir dir;
-  ServicesScratchDir::WriteBytes(dir / L"latin1.xml", "<a>\xFC</a>");
+  TempDirectory dir;
+  TempDirectory::WriteBytes(dir / L"latin1.xml", "<a>\xFC</a>");
   CXMLInput input;
   ASSERT_EQ(input.ReadFile(dir / L"latin1.xml"), eXMLErrorNone);
   EXPECT_STREQ(input.Text(), "<a>\xFC</a>");

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 using namespace TestSuite;
 
@@ -192,8 +192,8 @@ TEST(XMLNode, ResultsAreClearedBeforeAParse) {
 }
 
 TEST(XMLNode, ParseFileOfZeroBytesIsError2) {
-  ServicesScratchDir dir;
-  ServicesScratchDir::WriteBytes(dir / L"empty.xml", "");
+  TempDirectory dir;
+  TempDirectory::WriteBytes(dir / L"empty.xml", "");
   XMLResults results;
   EXPECT_TRUE(XMLNode::parseFile(dir / L"empty.xml", nullptr, &results).isEmpty());
   EXPECT_EQ(results.error, eXMLErrorEmpty);
@@ -202,7 +202,7 @@ TEST(XMLNode, ParseFileOfZeroBytesIsError2) {
 }
 
 TEST(XMLNode, ParseFileOfMissingFileIsError12) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   XMLResults results;
   EXPECT_TRUE(XMLNode::parseFile(dir / L"missing.xml", nullptr, &results).isEmpty());
   EXPECT_EQ(results.error, eXMLErrorCannotOpenWriteFile);
@@ -215,9 +215,9 @@ TEST(XMLNode, ParseFileOfMissingFileIsError12) {
 }
 
 TEST(XMLNode, ParseFileReadsTheWholeFileWithAWidePath) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   const CString path = dir / L"R\u00e9sum\u00e9 \u00fc.xml";
-  ServicesScratchDir::WriteBytes(path,
+  TempDirectory::WriteBytes(path,
       "<?xml version=\"1.0\" encoding='ISO-8859-1'?>\n<testsuite tests=\"2\">\n"
       "  <testcase name=\"a\"><time>1.5</time></testcase>\n"
       "  <testcase name=\"b\"><time>2.5</time></testcase>\n</testsuite>\n");
@@ -230,8 +230,8 @@ TEST(XMLNode, ParseFileReadsTheWholeFileWithAWidePath) {
 }
 
 TEST(XMLNode, ParseFileSkipsAUtf8Mark) {
-  ServicesScratchDir dir;
-  ServicesScratchDir::WriteBytes(dir / L"bom.xml", "\xEF\xBB\xBF<a>\xC3\xA4</a>");
+  TempDirectory dir;
+  TempDirectory::WriteBytes(dir / L"bom.xml", "\xEF\xBB\xBF<a>\xC3\xA4</a>");
   XMLResults results;
   const XMLNode node = XMLNode::parseFile(dir / L"bom.xml", nullptr, &results);
   EXPECT_EQ(results.error, eXMLErrorNone);

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "services/XMLNode.h"
-#include "services_ScratchDir.h"
+#include "TempDirectory.h"
 
 using namespace TestSuite;
 
@@ -118,7 +118,7 @@ TEST(XMLParserRobustness, RandomBytes) {
 }
 
 TEST(XMLParserRobustness, MalformedFilesIncludingWideOnes) {
-  ServicesScratchDir dir;
+  TempDirectory dir;
   const CString path = dir / L"fuzz.xml";
   std::mt19937 random(5u);
   const std::string valid = c_valid;
@@ -130,7 +130,7 @@ TEST(XMLParserRobustness, MalformedFilesIncludingWideOnes) {
       for (char ch : bytes) wide += std::string{ch, static_cast<char>(random() % 4 == 0 ? random() % 256 : 0)};
       bytes = wide;
     }
-    ServicesScratchDir::WriteBytes(path, bytes);
+    TempDirectory::WriteBytes(path, bytes);
     XMLResults results;
     const XMLNode node = XMLNode::parseFile(path, round % 2 ? "testsuite" : nullptr, &results);
     if (results.error > eXMLErrorMissingEndTag) {

@@ -8,7 +8,7 @@
 #include <initializer_list>
 #include <string>
 
-#include "api_TempDirectory.h"
+#include "TempDirectory.h"
 #include "foundation/CString.h"
 
 // Loads discovery_TestClasses.so from the build's binary directory once for
@@ -30,5 +30,5 @@ class SelectDataTree {
   CString File(const CString& relative, const std::string& bytes) const;
 
  private:
-  ApiTempDirectory m_dir;
+  TempDirectory m_dir;
 };

@@ -1,0 +1,41 @@
+#include "TempDirectory.h"
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+TempDirectory::TempDirectory() {
+  static std::atomic<unsigned int> s_uiCounter{0};
+  const std::string leaf = "zo-test-" + std::to_string(std::random_device()()) + "-" + std::to_string(s_uiCounter++);
+  const fs::path path = fs::temp_directory_path() / leaf;
+  fs::create_directories(path);
+  m_sPath = CString::FromUtf8(path.string() + "/");
+}
+
+TempDirectory::~TempDirectory() {
+  std::error_code ignored;
+  fs::remove_all(fs::path(m_sPath.ToUtf8()), ignored);
+}
+
+void TempDirectory::WriteFile(const CString& name, const std::string& bytes) const {
+  WriteBytes(m_sPath + name, bytes);
+}
+
+void TempDirectory::MakeDirectory(const CString& name) const {
+  fs::create_directories(fs::path((m_sPath + name).ToUtf8()));
+}
+
+std::string TempDirectory::ReadBytes(const CString& path) {
+  std::ifstream in(path.ToUtf8(), std::ios::binary);
+  std::ostringstream bytes;
+  bytes << in.rdbuf();
+  return bytes.str();
+}
+
+void TempDirectory::WriteBytes(const CString& path, const std::string& bytes) {
+  std::ofstream(path.ToUtf8(), std::ios::binary | std::ios::trunc) << bytes;
+}
