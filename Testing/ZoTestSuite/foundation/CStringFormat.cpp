@@ -12,7 +12,7 @@ using EKind = SFormatArg::EKind;
 
 [[noreturn]] void formatError() { XB_THROW("CString::FormatV"); }
 
-// One parsed conversion specification.
+// One parsed conversion: flags, width, precision, length and type.
 struct SSpec {
   std::wstring sFlags;
   int iWidth = -1;      // -1: none
