@@ -6,15 +6,21 @@
 // memory and two named events, with nothing done in between. Prints the time
 // per case and the overhead of External over the run in process.
 //
+// Beside them: the floor under External Isolated, starting the front end
+// with --version and waiting for it to end; and 200 CPU-bound cases of about
+// 20 ms each, in process on one thread and on two worker threads, with the
+// speed-up of two threads over one.
+//
 // The children are a private copy of the front end in a temporary
 // directory, whose ZoTestSuiteEnvironment.conf names the library with the
-// trivial class.
+// benchmark's test classes.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 #include "ChildProcess.h"
@@ -36,6 +42,10 @@ using Clock = std::chrono::steady_clock;
 
 constexpr unsigned int c_uiCases = 2000;
 constexpr unsigned int c_uiIsolatedCases = 100;
+constexpr unsigned int c_uiBusyCases = 200;
+constexpr double c_dBusyCaseSeconds = 0.020;
+constexpr int c_iBusyRounds = 2;  // a round of the busy cases takes about six seconds
+constexpr int c_iSpawns = 20;     // the quickest start of the front end counts
 constexpr int c_iRounds = 3;  // the best round counts: other processes only ever add time
 constexpr const char* c_szLibrary = "external_execution_BenchClasses";
 constexpr const char* c_szEchoMode = "--echo";
@@ -72,6 +82,8 @@ class CPrivateFrontEnd {
 
 struct SMode {
   const char* szName;
+  const wchar_t* szClass;  // the test class and its one subtest
+  const wchar_t* szSubtest;
   bool bExternal;
   bool bIsolated;
   bool bParallel;
@@ -87,9 +99,9 @@ double secondsPerCase(const SMode& mode) {
   SSetup setup;
   setup.sDataDir = L"/nonexistent/";
   SUnitTest unitTest;
-  unitTest.Name = L"BenchTrivial";
-  unitTest.DataDir = L"/nonexistent/BenchTrivial/";
-  unitTest.Cases.Add(SUnitTest::SCase{L"trivial", {}});
+  unitTest.Name = mode.szClass;
+  unitTest.DataDir = CString(L"/nonexistent/") + mode.szClass + L"/";
+  unitTest.Cases.Add(SUnitTest::SCase{mode.szSubtest, {}});
   setup.unitTests.Add(unitTest);
   setup.run.bExternal = mode.bExternal;
   setup.run.bIsolated = mode.bIsolated;
@@ -162,24 +174,90 @@ double secondsPerAccessPair() {
   return secondsSince(start) / c_uiCases;
 }
 
+// Seconds of the quickest of c_iSpawns starts of the front end that only
+// prints its version, streams on /dev/null, from the start to the reaping:
+// what a child per case costs at the least.
+double secondsPerSpawn() {
+  double best = 1e300;
+  for (int i = 0; i < c_iSpawns; ++i) {
+    ZoPlatform::Process::CChild child;
+    const Clock::time_point start = Clock::now();
+    if (!child.Start({{GetChildProgramPath().ToUtf8(), "--version"}, "", ZoPlatform::Process::EStandardStreams::eNull}))
+      return -1.0;
+    if (!child.WaitFor(10000) || child.GetExitStatus().bSignaled || child.GetExitStatus().iCode != 0) return -1.0;
+    best = std::min(best, secondsSince(start));
+  }
+  return best;
+}
+
+// Iterations of BenchClasses::Work that take c_dBusyCaseSeconds on one
+// core, from the quickest of five timings.
+std::uint64_t busyIterations() {
+  constexpr std::uint64_t c_uiProbe = 4000000;
+  double best = 1e300;
+  for (int i = 0; i < 5; ++i) {
+    const Clock::time_point start = Clock::now();
+    BenchClasses::Work(c_uiProbe);
+    best = std::min(best, secondsSince(start));
+  }
+  return static_cast<std::uint64_t>(c_uiProbe * c_dBusyCaseSeconds / best);
+}
+
+std::string loadAverage() {
+  std::ifstream file("/proc/loadavg");
+  std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  while (!text.empty() && text.back() == '\n') text.pop_back();
+  return text.empty() ? "unknown" : text;
+}
+
 void printLine(const char* name, unsigned int cases, double seconds) {
   std::printf("  %-40s %5u cases  %9.1f us/case\n", name, cases, seconds * 1e6);
 }
 
-}  // namespace
+// The CPU-bound cases on one thread and on two workers; prints both and the
+// speed-up. Times are from the first case start to the last case end, as
+// the cases saw them, so the supervisor's last look does not count; the
+// whole runs are printed beside them.
+int runBusyCases() {
+  BenchClasses::SetBusyIterations(busyIterations());
+  const SMode modes[] = {
+      {"in process, one thread", L"BenchBusy", L"busy", false, false, false, c_uiBusyCases, true},
+      {"in process, two worker threads", L"BenchBusy", L"busy", false, false, true, c_uiBusyCases, true}};
+  double span[2] = {1e300, 1e300}, whole[2] = {1e300, 1e300};
+  for (int round = 0; round < c_iBusyRounds; ++round) {
+    for (int m = 0; m < 2; ++m) {
+      const Clock::time_point start = Clock::now();
+      const double seconds = secondsPerCase(modes[m]);
+      if (seconds < 0) {
+        std::printf("unexpected: a case of \"%s\" (busy) did not pass\n", modes[m].szName);
+        return 1;
+      }
+      span[m] = std::min(span[m], seconds);
+      whole[m] = std::min(whole[m], secondsSince(start) / c_uiBusyCases);
+    }
+  }
+  std::printf("CPU-bound cases of about %.0f ms, best of %d rounds (first case start to last case end; whole "
+              "run in brackets):\n", c_dBusyCaseSeconds * 1e3, c_iBusyRounds);
+  for (int m = 0; m < 2; ++m)
+    std::printf("  %-40s %5u cases  %9.1f us/case  (%.1f)\n", modes[m].szName, c_uiBusyCases, span[m] * 1e6,
+                whole[m] * 1e6);
+  std::printf("Speed-up of two worker threads over one thread: %.2f (whole runs %.2f; target at least 1.8)\n",
+              span[0] / span[1], whole[0] / whole[1]);
+  std::printf("Load average at the end: %s\n", loadAverage().c_str());
+  return 0;
+}
 
-int main(int argc, char** argv) {
-  if (argc == 5 && std::strcmp(argv[1], c_szEchoMode) == 0) return echo(argv[2], argv[3], argv[4]);
-  const CPrivateFrontEnd frontEnd;
-  SetChildProgramDirectory(frontEnd.Directory());
-  COut::SetConsoleOut(false);
-  const SMode modes[] = {{"in process, one thread", false, false, false, c_uiCases, false},
-                         {"in process, two worker threads (*)", false, false, true, c_uiCases, true},
-                         {"External (one child)", true, false, false, c_uiCases, false},
-                         {"External Isolated (a child per case)", true, true, false, c_uiIsolatedCases, false}};
+// Every mode on the trivial class and the floors beside them; prints them.
+int runTrivialCases() {
+  const SMode modes[] = {
+      {"in process, one thread", L"BenchTrivial", L"trivial", false, false, false, c_uiCases, false},
+      {"in process, two worker threads (*)", L"BenchTrivial", L"trivial", false, false, true, c_uiCases, true},
+      {"External (one child)", L"BenchTrivial", L"trivial", true, false, false, c_uiCases, false},
+      {"External Isolated (a child per case)", L"BenchTrivial", L"trivial", true, true, false, c_uiIsolatedCases,
+       false}};
   constexpr int c_iModes = sizeof modes / sizeof modes[0];
-  double best[c_iModes + 2];
-  std::fill(best, best + c_iModes + 2, 1e300);
+  double best[c_iModes + 3];
+  std::fill(best, best + c_iModes + 3, 1e300);
   for (int round = 0; round < c_iRounds; ++round) {
     for (int m = 0; m < c_iModes; ++m) {
       const double seconds = secondsPerCase(modes[m]);
@@ -190,20 +268,37 @@ int main(int argc, char** argv) {
       best[m] = std::min(best[m], seconds);
     }
     const double roundTrip = secondsPerRoundTrip();
-    if (roundTrip < 0) {
-      std::printf("unexpected: the round trip to the echo process failed\n");
+    const double spawn = secondsPerSpawn();
+    if (roundTrip < 0 || spawn < 0) {
+      std::printf("unexpected: the round trip to the echo process or the start of the front end failed\n");
       return 1;
     }
     best[c_iModes] = std::min(best[c_iModes], roundTrip);
     best[c_iModes + 1] = std::min(best[c_iModes + 1], secondsPerAccessPair());
+    best[c_iModes + 2] = std::min(best[c_iModes + 2], spawn);
   }
   std::printf("Trivial cases, whole runs (Run::Run) with the console off, best of %d rounds:\n", c_iRounds);
   for (int m = 0; m < c_iModes; ++m) printLine(modes[m].szName, modes[m].uiCases, best[m]);
   printLine("floor: block round trip to a process", c_uiCases, best[c_iModes]);
   printLine("  of it: one write and one read access", c_uiCases, best[c_iModes + 1]);
+  std::printf("  %-40s %5d starts %9.1f us/start\n", "floor: start of the front end --version", c_iSpawns,
+              best[c_iModes + 2] * 1e6);
   std::printf("Overhead of External over in process, one thread: %.1f us per case (floor %.1f us)\n",
               (best[2] - best[0]) * 1e6, best[c_iModes] * 1e6);
+  std::printf("External Isolated per case over the start of the front end: %.2f times (target at most 1.5)\n",
+              best[3] / best[c_iModes + 2]);
   std::printf("(*) first case start to last case end; the whole run also waits up to 250 ms for the "
               "supervisor's last look.\n");
   return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc == 5 && std::strcmp(argv[1], c_szEchoMode) == 0) return echo(argv[2], argv[3], argv[4]);
+  const CPrivateFrontEnd frontEnd;
+  SetChildProgramDirectory(frontEnd.Directory());
+  COut::SetConsoleOut(false);
+  std::printf("Load average at the start: %s\n", loadAverage().c_str());
+  return runTrivialCases() != 0 ? 1 : runBusyCases();
 }

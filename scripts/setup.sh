@@ -5,7 +5,7 @@ set -euo pipefail
 packages=(cmake ninja-build g++ git
           libfmt-dev nlohmann-json3-dev libcli11-dev
           libgtest-dev libgmock-dev libbenchmark-dev
-          libxml2-utils nodejs npm)
+          libxml2-utils nodejs npm chromium)
 
 missing=()
 for p in "${packages[@]}"; do

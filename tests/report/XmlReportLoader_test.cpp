@@ -278,4 +278,40 @@ TEST(XmlReportLoaderTest, RootCountsAreNotReadAndClassSuccessIsComputed) {
   EXPECT_EQ(loaded.data.ClassesTotal, 1u);
 }
 
+TEST(XmlReportLoaderTest, HugeReportLoadsEveryCase) {
+  constexpr unsigned int c_uiCases = 100000;
+  std::string text = std::string(c_prolog) + "<testsuite>\n<Statistics><CasesTotal>100000</CasesTotal></Statistics>\n";
+  text.reserve(c_uiCases * 160);
+  for (unsigned int i = 0; i < c_uiCases; ++i) {
+    const bool failing = i % 10 == 3;
+    text += "<testcase id=\"" + std::to_string(i) + "\" classname=\"Class" + std::to_string(i / 1000) +
+            "\" name=\"case" + std::to_string(i) + ".dat\"><time>0.001</time><memory>" + std::to_string(i) +
+            "</memory><result type=\"" + (failing ? "ERROR" : "OK") + "\">";
+    if (failing) text += "<dump type=\"error\">line &lt;" + std::to_string(i) + "&gt;</dump><dump type=\"info\">x</dump>";
+    text += "</result></testcase>\n";
+  }
+  text += "</testsuite>\n";
+  const SLoaded loaded = loadText(text);
+  ASSERT_TRUE(loaded.bLoaded);
+  EXPECT_TRUE(loaded.sPrinted.IsEmpty());
+  EXPECT_EQ(loaded.data.CasesTotal, c_uiCases);
+  ASSERT_EQ(loaded.data.Cases.GetCount(), c_uiCases);
+  unsigned int failing = 0;
+  for (unsigned int i = 0; i < c_uiCases; ++i) {
+    const SCaseData& row = loaded.data.Cases[i];
+    if (row.Id != i || row.Memory != i) {
+      ADD_FAILURE() << "row " << i;
+      break;
+    }
+    if (row.ResultType == Run::eCaseError) ++failing;
+  }
+  EXPECT_EQ(failing, c_uiCases / 10);
+  const SCaseData& last = loaded.data.Cases[99993];
+  EXPECT_EQ(last.ClassName, L"Class99");
+  EXPECT_EQ(last.CaseName, L"case99993.dat");
+  ASSERT_EQ(last.Dumps.GetCount(), 2u);
+  EXPECT_EQ(last.Dumps[0].Text, L"line <99993>");
+  EXPECT_FALSE(last.Dumps[1].IsError);
+}
+
 }  // namespace

@@ -119,8 +119,9 @@ void readClasses(const XMLNode& root, SData& data) {
   data.ClassesTotal = uintOf(classes, "ClassesTotal");
   data.ClassesSuccessful = uintOf(classes, "Successful");
   const int count = classes.getChildCount("Class");
+  int position = 0;  // one walk through the children, not a search per class
   for (int i = 0; i < count; ++i) {
-    const XMLNode node = classes.getChildNode("Class", i);
+    const XMLNode node = classes.getChildNode("Class", &position);
     SClassData row;
     row.Name = widen(node.getAttribute("Name"));
     row.CasesTotal = uintOf(node, "CasesTotal");
@@ -149,8 +150,9 @@ SCaseData readCase(const XMLNode& node) {
   row.Warning = warning && std::strcmp(warning, "true") == 0;
   row.Message = MakeLeakMessage(row.MemoryDelta);
   const int dumps = result.getChildCount("dump");
+  int position = 0;
   for (int i = 0; i < dumps; ++i) {
-    const XMLNode dump = result.getChildNode("dump", i);
+    const XMLNode dump = result.getChildNode("dump", &position);
     const char* type = dump.getAttribute("type");
     row.Dumps.Add(SDump{!(type && std::strcmp(type, "info") == 0), widen(dump.getText(0))});
   }
@@ -170,8 +172,11 @@ bool LoadReportDataFromXMLFile(const CString& path, SData& data) {
     readBuildInfo(root, data);
     readStatistics(root, data);
     readClasses(root, data);
+    // One walk over the children, in document order: looking each case up
+    // by its index would start from the first child every time.
     const int count = root.getChildCount("testcase");
-    for (int i = 0; i < count; ++i) data.Cases.Add(readCase(root.getChildNode("testcase", i)));
+    int position = 0;
+    for (int i = 0; i < count; ++i) data.Cases.Add(readCase(root.getChildNode("testcase", &position)));
     return true;
   } catch (const CString& message) {
     COut::Write(L"Fehler in Config-File: %s\n", message);

@@ -1,0 +1,144 @@
+// report_bench: the reports of a large run. A synthetic run of 100,000
+// cases in 100 classes, every tenth case failing with a few output lines,
+// every seventh leaking; times the report record (BuildReportData), the XML
+// and HTML reports, and loading the XML report back, each the best of a few
+// runs; prints the file sizes and compares the load with `xmllint --noout`
+// on the same file in MB/s.
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <string>
+
+#include "RunDriver.h"
+#include "report/HtmlReportWriter.h"
+#include "report/ReportData.h"
+#include "report/XmlReportLoader.h"
+#include "report/XmlReportWriter.h"
+
+namespace {
+
+using namespace TestSuite;
+
+constexpr unsigned int c_uiClasses = 100;
+constexpr unsigned int c_uiCasesPerClass = 1000;
+constexpr int c_iRuns = 3;
+constexpr double c_dTargetSeconds = 2.0;
+
+struct SRun {
+  SSetup setup;
+  XbArray<SUnitTest> classes;
+  Run::SResult result;
+};
+
+void addCase(SRun& run, unsigned int classIndex, unsigned int caseIndex, std::mt19937& random) {
+  const unsigned int id = classIndex * c_uiCasesPerClass + caseIndex;
+  SCaseResult row;
+  row.uiClassIndex = classIndex;
+  row.uiCaseIndex = caseIndex;
+  row.dTime = (random() % 100000) / 1000.0;
+  row.uiMemoryPeak = 1000000 + random() % 9000000;
+  row.eResult = Run::eCaseOk;
+  if (id % 10 == 3) {
+    row.eResult = id % 20 == 3 ? Run::eCaseDifferent : Run::eCaseError;
+    row.sOutput = FormatString(L"INFO:  Lade Referenz \"ref_%u.dat\"\nERROR: %u Abweichungen < 1e-3 & mehr\n"
+                               L"weiter im Fehler\nINFO:  Dauer %u ms\n",
+                               id, random() % 100, random() % 1000);
+  }
+  if (id % 7 == 0) {
+    row.iMemoryDelta = 64 + random() % 1000;
+    row.bWarning = true;
+  }
+  run.result.cases.Add(row);
+}
+
+SRun makeRun() {
+  std::mt19937 random(42u);
+  SRun run;
+  for (unsigned int c = 0; c < c_uiClasses; ++c) {
+    SUnitTest unitTest;
+    unitTest.Name = FormatString(L"CGeometryTest%u", c);
+    unitTest.DataDir = L"/data/tests/" + unitTest.Name + L"/";
+    unitTest.Contacts.Add(SUnitTest::SContact{L"Jörg Bäcker", L"joerg@example.com", L"owner"});
+    for (unsigned int i = 0; i < c_uiCasesPerClass; ++i)
+      unitTest.Cases.Add(SUnitTest::SCase{FormatString(L"case_%06u & variantä.dat", i), {}});
+    run.classes.Add(unitTest);
+  }
+  for (unsigned int c = 0; c < c_uiClasses; ++c)
+    for (unsigned int i = 0; i < c_uiCasesPerClass; ++i) addCase(run, c, i, random);
+  ComputeStatistics(run.result.cases, run.classes.GetCount(), run.result.statistics);
+  return run;
+}
+
+template <typename F>
+double bestSeconds(int runs, F&& run) {
+  double best = 1e30;
+  for (int i = 0; i < runs; ++i) {
+    const auto start = std::chrono::steady_clock::now();
+    if (!run()) return -1.0;
+    best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+  }
+  return best;
+}
+
+double megabytes(const std::filesystem::path& path) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  return error ? 0.0 : static_cast<double>(size) / 1e6;
+}
+
+void printTime(const char* what, double seconds) {
+  std::printf("%-34s %8.3f s  %s\n", what, seconds, seconds >= 0 && seconds < c_dTargetSeconds ? "" : "(over 2 s)");
+}
+
+}  // namespace
+
+int main() {
+  std::random_device device;
+  const std::filesystem::path dir =
+      std::filesystem::temp_directory_path() / ("zo-report-bench-" + std::to_string(device()));
+  std::filesystem::create_directories(dir);
+  const CString xmlPath = CString::FromUtf8((dir / "report.xml").string());
+  const CString htmlPath = CString::FromUtf8((dir / "report.html").string());
+
+  const SRun run = makeRun();
+  Report::SData data;
+  const double dBuild = bestSeconds(c_iRuns, [&] {
+    data = Report::SData();
+    Report::BuildReportData(data, run.setup, run.classes, run.result.cases, run.result.statistics);
+    return data.Cases.GetCount() == c_uiClasses * c_uiCasesPerClass;
+  });
+  const double dXml = bestSeconds(c_iRuns, [&] { Report::WriteXmlReport(xmlPath, data); return true; });
+  const double dHtml = bestSeconds(c_iRuns, [&] { Report::WriteHtmlReport(htmlPath, data, false, false); return true; });
+  Report::SData loaded;
+  const double dLoad = bestSeconds(c_iRuns, [&] {
+    return Report::LoadReportDataFromXMLFile(xmlPath, loaded) && loaded.Cases.GetCount() == data.Cases.GetCount();
+  });
+  const std::string lint = "xmllint --noout '" + (dir / "report.xml").string() + "' 2>/dev/null";
+  const double dTool = bestSeconds(c_iRuns, [&] { return std::system(lint.c_str()) == 0; });
+  const double dXmlMB = megabytes(dir / "report.xml");
+  const double dHtmlMB = megabytes(dir / "report.html");
+  std::filesystem::remove_all(dir);
+
+  std::printf("run: %u cases in %u classes; XML report %.1f MB, HTML report %.1f MB\n",
+              c_uiClasses * c_uiCasesPerClass, c_uiClasses, dXmlMB, dHtmlMB);
+  std::printf("best of %d runs each, target under %.0f s:\n", c_iRuns, c_dTargetSeconds);
+  printTime("BuildReportData", dBuild);
+  printTime("WriteXmlReport", dXml);
+  printTime("WriteHtmlReport", dHtml);
+  printTime("LoadReportDataFromXMLFile", dLoad);
+  if (dBuild < 0 || dLoad < 0) {
+    std::printf("building or loading the report failed\n");
+    return 1;
+  }
+  std::printf("load             %8.1f MB/s\n", dXmlMB / dLoad);
+  if (dTool < 0) {
+    std::printf("xmllint --noout  not available or failed; no comparison\n");
+    return 0;
+  }
+  std::printf("xmllint --noout  %8.1f MB/s  (%.3f s)\n", dXmlMB / dTool, dTool);
+  std::printf("ratio (xmllint time / load time): %.2f\n", dTool / dLoad);
+  return 0;
+}

@@ -1,0 +1,162 @@
+// Round trip of a real run: the front end runs passing, failing, throwing,
+// crashing (in child processes), leaking and cancelled cases and writes the
+// XML and JUnit reports. The XML report is well formed, loads back as the
+// run was, and written again from what was loaded it is the same file but
+// for the loader's one documented difference (dumps come back unescaped);
+// the JUnit file validates and agrees with the loaded classes.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+
+#include "IsolationCli.h"
+#include "TempDirectory.h"
+#include "isolation_PrivateFrontEnd.h"
+#include "report/MarkupWriter.h"
+#include "report/XmlReportLoader.h"
+#include "report/XmlReportWriter.h"
+
+using namespace TestSuite;
+
+namespace {
+
+// Classes in the order the run takes them: CliScripted, CliSecond, IsoCrash
+// (every subtest ends its process) and IsoSlow, whose one case sleeps for a
+// minute and is cancelled by Ctrl-C, last.
+void makeTree(const TempDirectory& root) {
+  root.MakeDirectory(L"data");
+  root.MakeDirectory(L"data/CliScripted");
+  root.WriteFile(L"data/CliScripted/a_pass.case", "pass");
+  root.WriteFile(L"data/CliScripted/b_fail.case", "fail");
+  root.WriteFile(L"data/CliScripted/c_throw.case", "throw");
+  root.WriteFile(L"data/CliScripted/d_info.case", "info Grüße <aus> dem & Test");
+  root.MakeDirectory(L"data/CliSecond");
+  root.WriteFile(L"data/CliSecond/e_leak.case", "leak 100");
+  root.WriteFile(L"data/CliSecond/f_different.case", "different");
+  root.MakeDirectory(L"data/IsoCrash");
+  root.MakeDirectory(L"data/IsoSlow");
+  root.MakeDirectory(L"out");
+}
+
+int runXmllint(const std::string& arguments, const std::string& log) {
+  return std::system(("xmllint --noout " + arguments + " >'" + log + "' 2>&1").c_str());
+}
+
+std::map<std::wstring, const Report::SCaseData*> byName(const Report::SData& data) {
+  std::map<std::wstring, const Report::SCaseData*> rows;
+  for (const Report::SCaseData& row : data.Cases) rows[row.CaseName.GetString()] = &row;
+  return rows;
+}
+
+class ReportRoundTrip : public ::testing::Test {
+ protected:
+  // One run for all tests: it takes a few seconds.
+  static void SetUpTestSuite() {
+    s_root = new TempDirectory;
+    makeTree(*s_root);
+    s_out = s_root->Path().ToUtf8() + "out/";
+    CPrivateFrontEnd frontEnd({"cli_ScriptedClasses", "isolation_CrashClasses"});
+    CliTest::CCliProcess process(frontEnd.Program(),
+                                 {"-d", s_root->Path().ToUtf8() + "data", "-x", "--track-heap", "-v", "--no-color",
+                                  "--run-tag", "round trip", "--xml", s_out + "run.xml", "--junit",
+                                  s_out + "junit.xml"});
+    s_bInterrupted = process.WaitForOutput("sleep... ", 120) && process.Interrupt();
+    s_result = new CliTest::SCliResult(process.Finish(60));
+  }
+  static void TearDownTestSuite() {
+    delete s_result;
+    delete s_root;
+  }
+
+  static TempDirectory* s_root;
+  static std::string s_out;
+  static bool s_bInterrupted;
+  static CliTest::SCliResult* s_result;
+};
+
+TempDirectory* ReportRoundTrip::s_root = nullptr;
+std::string ReportRoundTrip::s_out;
+bool ReportRoundTrip::s_bInterrupted = false;
+CliTest::SCliResult* ReportRoundTrip::s_result = nullptr;
+
+TEST_F(ReportRoundTrip, RunWasCancelledInItsLastCaseAndWroteTheReports) {
+  ASSERT_TRUE(s_bInterrupted) << s_result->sStdout;
+  EXPECT_FALSE(s_result->bTimedOut);
+  EXPECT_EQ(s_result->iExitCode, 1);
+  EXPECT_NE(s_result->sStdout.find("vom Benutzer abgebrochen"), std::string::npos) << s_result->sStdout;
+  EXPECT_EQ(runXmllint("'" + s_out + "run.xml'", s_out + "lint"), 0) << CliTest::ReadText(s_out + "lint");
+}
+
+TEST_F(ReportRoundTrip, XmlReportLoadsBackAsTheRunWas) {
+  Report::SData data;
+  ASSERT_TRUE(Report::LoadReportDataFromXMLFile(CString::FromUtf8(s_out + "run.xml"), data));
+  EXPECT_EQ(data.RunTag, L"round trip");
+  EXPECT_EQ(data.ExecutionMode, L"External");
+  EXPECT_EQ(data.ClassesNotClean, 0u);  // not in the file
+  // 6 scripted cases, 4 crashes; the cancelled sleep is left out.
+  EXPECT_EQ(data.CasesTotal, 10u);
+  ASSERT_EQ(data.Cases.GetCount(), 10u);
+  EXPECT_EQ(data.Successful, 3u);  // pass, info, leak
+  EXPECT_EQ(data.Failures, 3u);    // fail, throw, different
+  EXPECT_EQ(data.Errors, 4u);      // the four crashes (UNKNOWN)
+  EXPECT_EQ(data.Warnings, 1u);    // the leak
+  const auto rows = byName(data);
+  ASSERT_EQ(rows.size(), 10u);
+  EXPECT_EQ(rows.at(L"a_pass.case")->ResultType, Run::eCaseOk);
+  EXPECT_EQ(rows.at(L"b_fail.case")->ResultType, Run::eCaseError);
+  EXPECT_EQ(rows.at(L"c_throw.case")->ResultType, Run::eCaseException);
+  EXPECT_EQ(rows.at(L"f_different.case")->ResultType, Run::eCaseDifferent);
+  for (const wchar_t* crash : {L"nullDereference", L"abort", L"exit0", L"stackOverflow"}) {
+    EXPECT_EQ(rows.at(crash)->ResultType, Run::eCaseUnknown) << CString(crash).ToUtf8();
+    EXPECT_EQ(rows.at(crash)->ClassName, L"IsoCrash");
+  }
+  EXPECT_EQ(rows.count(L"sleep"), 0u);
+  const Report::SCaseData& leak = *rows.at(L"e_leak.case");
+  EXPECT_TRUE(leak.Warning);
+  EXPECT_EQ(leak.MemoryDelta, 100);
+  EXPECT_EQ(leak.Message, L"Speicherleck von 100 Bytes detektiert.");
+  const Report::SCaseData& info = *rows.at(L"d_info.case");
+  ASSERT_EQ(info.Dumps.GetCount(), 1u);
+  EXPECT_EQ(info.Dumps[0].Text, L"Grüße <aus> dem & Test");  // decoded on the way back
+  EXPECT_FALSE(info.Dumps[0].IsError);
+  for (unsigned int i = 0; i < data.Cases.GetCount(); ++i) EXPECT_EQ(data.Cases[i].Id, i);
+  EXPECT_EQ(data.ClassesTotal, 3u);  // IsoSlow has no reported case
+  ASSERT_EQ(data.Classes.GetCount(), 4u);
+  EXPECT_EQ(data.Classes[2].Name, L"IsoCrash");
+  EXPECT_EQ(data.Classes[2].Errors, 4u);
+}
+
+TEST_F(ReportRoundTrip, WrittenAgainFromTheLoadedRecordTheReportIsTheSame) {
+  const CString path = CString::FromUtf8(s_out + "run.xml");
+  Report::SData data;
+  ASSERT_TRUE(Report::LoadReportDataFromXMLFile(path, data));
+  // The loader gives dumps back decoded; the record of a run holds them
+  // escaped.
+  for (Report::SCaseData& row : data.Cases)
+    for (Report::SDump& dump : row.Dumps) dump.Text = Utils::CMarkupWriter::Clean(dump.Text);
+  const CString again = CString::FromUtf8(s_out + "again.xml");
+  Report::WriteXmlReport(again, data);
+  const std::string original = TempDirectory::ReadBytes(path);
+  ASSERT_FALSE(original.empty());
+  EXPECT_EQ(TempDirectory::ReadBytes(again), original);
+}
+
+TEST_F(ReportRoundTrip, JUnitFileValidatesAndAgreesWithTheLoadedClasses) {
+  const std::string junit = s_out + "junit.xml";
+  const std::string schema = ZO_SOURCE_DIR "/tests/report/data/junit-10.xsd";
+  EXPECT_EQ(runXmllint("--schema '" + schema + "' '" + junit + "'", s_out + "lint-junit"), 0)
+      << CliTest::ReadText(s_out + "lint-junit");
+  Report::SData data;
+  ASSERT_TRUE(Report::LoadReportDataFromXMLFile(CString::FromUtf8(s_out + "run.xml"), data));
+  const std::string text = CliTest::ReadText(junit);
+  for (const Report::SClassData& row : data.Classes) {
+    if (row.CasesTotal == 0) continue;
+    const std::string head = FormatString(L"<testsuite name=\"%s\" tests=\"%u\" failures=\"%u\" errors=\"%u\"",
+                                          row.Name, row.CasesTotal, row.Failures, row.Errors)
+                                 .ToUtf8();
+    EXPECT_NE(text.find(head), std::string::npos) << head << "\n" << text;
+  }
+}
+
+}  // namespace
