@@ -12,6 +12,7 @@
 #include <random>
 #include <string>
 
+#include "BenchTiming.h"
 #include "RunDriver.h"
 #include "report/HtmlReportWriter.h"
 #include "report/ReportData.h"
@@ -70,17 +71,6 @@ SRun makeRun() {
     for (unsigned int i = 0; i < c_uiCasesPerClass; ++i) addCase(run, c, i, random);
   ComputeStatistics(run.result.cases, run.classes.GetCount(), run.result.statistics);
   return run;
-}
-
-template <typename F>
-double bestSeconds(int runs, F&& run) {
-  double best = 1e30;
-  for (int i = 0; i < runs; ++i) {
-    const auto start = std::chrono::steady_clock::now();
-    if (!run()) return -1.0;
-    best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-  }
-  return best;
 }
 
 double megabytes(const std::filesystem::path& path) {

@@ -15,6 +15,7 @@
 
 #include <fmt/format.h>
 
+#include "BenchTiming.h"
 #include "foundation/CString.h"
 #include "services/XMLNode.h"
 
@@ -66,17 +67,6 @@ std::filesystem::path writeReport(const std::filesystem::path& dir) {
   const std::filesystem::path path = dir / "report.xml";
   std::ofstream(path, std::ios::binary) << text;
   return path;
-}
-
-template <typename F>
-double bestSeconds(int runs, F&& run) {
-  double best = 1e30;
-  for (int i = 0; i < runs; ++i) {
-    const auto start = std::chrono::steady_clock::now();
-    if (!run()) return -1.0;
-    best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-  }
-  return best;
 }
 
 bool parseWithReader(const std::filesystem::path& path) {
