@@ -39,39 +39,40 @@ const char* wiringRootName() {
 
 }  // namespace
 
-TEST(Environment, WithoutAWiringFileTheBuiltInConfigurationIsUsed) {
-  CEnvironment env;
-  ASSERT_NE(wiringRootName(), nullptr);
-  EXPECT_STREQ(wiringRootName(), "Wiring");
-  const auto product = WrCProduct::Get();
-  ASSERT_TRUE(product.has_value());
-  EXPECT_EQ(product->uiProductNumber, 19u);
-  EXPECT_EQ(product->sName, CString(L"ZoTestSuite"));
-  EXPECT_EQ(product->sVersion, CString(L"1.0"));
+// The files beside the executable are shared by every test program that
+// runs at the same time, so each of them is changed by one test only.
+TEST(Environment, TheWiringFileBesideTheExecutableOrTheBuiltInConfiguration) {
+  {
+    CEnvironment env;
+    ASSERT_NE(wiringRootName(), nullptr);
+    EXPECT_STREQ(wiringRootName(), "Wiring");  // no file: the built-in configuration
+    const auto product = WrCProduct::Get();
+    ASSERT_TRUE(product.has_value());
+    EXPECT_EQ(product->uiProductNumber, 19u);
+    EXPECT_EQ(product->sName, CString(L"ZoTestSuite"));
+    EXPECT_EQ(product->sVersion, CString(L"1.0"));
+  }
+  {
+    CFileBesideExecutable wiring(L"ZoTestSuite.wiring.xml", "<LocalWiring><Product id=\"19\"/></LocalWiring>");
+    CEnvironment env;
+    EXPECT_STREQ(wiringRootName(), "LocalWiring");
+  }
+  {
+    CFileBesideExecutable wiring(L"ZoTestSuite.wiring.xml", "<LocalWiring>");
+    CEnvironment env;
+    EXPECT_STREQ(wiringRootName(), "Wiring");  // a broken file: the built-in one
+  }
 }
 
-TEST(Environment, AWiringFileBesideTheExecutableIsUsed) {
-  CFileBesideExecutable wiring(L"ZoTestSuite.wiring.xml", "<LocalWiring><Product id=\"19\"/></LocalWiring>");
-  CEnvironment env;
-  EXPECT_STREQ(wiringRootName(), "LocalWiring");
-}
-
-TEST(Environment, ABrokenWiringFileFallsBackToTheBuiltInConfiguration) {
-  CFileBesideExecutable wiring(L"ZoTestSuite.wiring.xml", "<LocalWiring>");
-  CEnvironment env;
-  EXPECT_STREQ(wiringRootName(), "Wiring");
-}
-
-TEST(Environment, AnEmptyLibraryListLoadsNothing) {
-  CFileBesideExecutable list(L"ZoTestSuiteEnvironment.conf", "[]");
-  CEnvironment env;
-  COutRecorder recorder;
-  env.LoadTestDLLs();
-  EXPECT_EQ(recorder.Text(), CString());
-  EXPECT_EQ(XbRTTI::Find(L"ApiLoadedTest"), nullptr);
-}
-
-TEST(Environment, ALibraryInTheListAndInTheSetupIsLoadedTwice) {
+TEST(Environment, TheLibraryListBesideTheExecutable) {
+  {
+    CFileBesideExecutable list(L"ZoTestSuiteEnvironment.conf", "[]");
+    CEnvironment env;
+    COutRecorder recorder;
+    env.LoadTestDLLs();
+    EXPECT_EQ(recorder.Text(), CString());
+    EXPECT_EQ(XbRTTI::Find(L"ApiLoadedTest"), nullptr);  // an empty list loads nothing
+  }
   CFileBesideExecutable list(L"ZoTestSuiteEnvironment.conf", "[\"ApiTestLibrary\", \"NotThere\"]");
   CEnvironment env;
   COutRecorder recorder;
@@ -79,7 +80,8 @@ TEST(Environment, ALibraryInTheListAndInTheSetupIsLoadedTwice) {
   env.LoadDLL(L"ApiTestLibrary", false);
   EXPECT_EQ(recorder.Text(), CString());  // a library that is not there is not mentioned
   ASSERT_NE(XbRTTI::Find(L"ApiLoadedTest"), nullptr);
-  // Two references are held: giving up two more than we add leaves none.
+  // In the list and in the setup: two references are held, so giving up
+  // two more than we add leaves the class registered, and one more removes it.
   const std::string path = (ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + L"ApiTestLibrary.so").ToUtf8();
   ZoPlatform::Library::Handle handle = ZoPlatform::Library::Load(path);
   ASSERT_NE(handle, nullptr);
