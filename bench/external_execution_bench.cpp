@@ -23,10 +23,10 @@
 #include <iterator>
 #include <string>
 
-#include "ChildProcess.h"
-#include "ExternalExecution.h"
-#include "NamedEvent.h"
-#include "SharedMemoryWorkBuffer.h"
+#include "run/external/ChildProcess.h"
+#include "run/external/ExternalExecution.h"
+#include "run/external/NamedEvent.h"
+#include "run/external/SharedMemoryWorkBuffer.h"
 #include "ZoTestSuite.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/ZoUniqueId.h"

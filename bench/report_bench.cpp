@@ -13,7 +13,7 @@
 #include <string>
 
 #include "BenchTiming.h"
-#include "RunDriver.h"
+#include "run/RunDriver.h"
 #include "report/HtmlReportWriter.h"
 #include "report/ReportData.h"
 #include "report/XmlReportLoader.h"

@@ -17,7 +17,7 @@
 
 #include "BenchTiming.h"
 #include "foundation/CString.h"
-#include "services/XMLNode.h"
+#include "services/xml/XMLNode.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "foundation/XbArray.h"
 #include "foundation/XbMap.h"
 #include "foundation/XbVariant.h"
-#include "SelectionStore.h"
+#include "discovery/SelectionStore.h"
 
 namespace TestSuite {
 

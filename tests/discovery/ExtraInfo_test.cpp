@@ -1,4 +1,4 @@
-#include "ExtraInfo.h"
+#include "discovery/ExtraInfo.h"
 
 #include <gtest/gtest.h>
 

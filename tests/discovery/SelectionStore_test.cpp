@@ -1,6 +1,6 @@
 // CSelectionStore: the selection file to the byte, its reader's rejections,
 // and the answer for one case.
-#include "SelectionStore.h"
+#include "discovery/SelectionStore.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 
 #include <regex>
 
-#include "RunDriver.h"
+#include "run/RunDriver.h"
 #include "report/ReportData.h"
 
 namespace {

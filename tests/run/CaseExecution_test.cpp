@@ -1,4 +1,4 @@
-#include "CaseExecution.h"
+#include "run/CaseExecution.h"
 
 #include <gtest/gtest.h>
 

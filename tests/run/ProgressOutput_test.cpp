@@ -1,4 +1,4 @@
-#include "ProgressOutput.h"
+#include "run/ProgressOutput.h"
 
 #include <gtest/gtest.h>
 

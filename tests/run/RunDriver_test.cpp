@@ -1,4 +1,4 @@
-#include "RunDriver.h"
+#include "run/RunDriver.h"
 
 #include <gtest/gtest.h>
 

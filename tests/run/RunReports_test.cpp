@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "RunDriver.h"
-#include "RunReports.h"
+#include "run/RunDriver.h"
+#include "run/RunReports.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation_TestFiles.h"
 #include "report/DocumentOpener.h"

@@ -1,8 +1,8 @@
-#include "WorkBlock.h"
+#include "run/WorkBlock.h"
 
 #include <gtest/gtest.h>
 
-#include "WorkBuffer.h"
+#include "run/WorkBuffer.h"
 #include "ZoTestSuite.h"
 
 using namespace TestSuite;

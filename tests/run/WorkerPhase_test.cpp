@@ -1,4 +1,4 @@
-#include "WorkerPhase.h"
+#include "run/WorkerPhase.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "ExternalObjectName.h"
+#include "run/external/ExternalObjectName.h"
 #include "foundation/CString.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/ZoUniqueId.h"

@@ -7,7 +7,7 @@
 #include "foundation/ZoFileSystem.h"
 #include "services/COut.h"
 #include "services/Utils.h"
-#include "services/XMLNode.h"
+#include "services/xml/XMLNode.h"
 
 namespace TestSuite::Report {
 

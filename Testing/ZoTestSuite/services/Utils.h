@@ -13,7 +13,7 @@
 
 #include "foundation/CString.h"
 #include "foundation/XbDateTime.h"
-#include "services/XMLNode.h"
+#include "services/xml/XMLNode.h"
 
 namespace TestSuite::Utils {
 

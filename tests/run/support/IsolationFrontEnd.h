@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ChildProcess.h"
+#include "run/external/ChildProcess.h"
 #include "foundation/platform/System.h"
 #include "isolation_PrivateFrontEnd.h"
 

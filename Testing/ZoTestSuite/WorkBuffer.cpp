@@ -1,7 +1,0 @@
-#include "WorkBuffer.h"
-
-namespace TestSuite {
-
-CHeapWorkBuffer::CHeapWorkBuffer() : m_block(std::make_unique<SWorkBlock>()) { ResetWorkBlock(*m_block); }
-
-}  // namespace TestSuite

@@ -1,0 +1,139 @@
+#include <nlohmann/json.hpp>
+
+#include <thread>
+
+#include "ZoTestSuiteEnvironment.h"
+#include "core/WiringContainer.h"
+#include "foundation/WrCProduct.h"
+#include "foundation/XbCriticalSection.h"
+#include "foundation/XbDateTime.h"
+#include "foundation/XbException.h"
+#include "foundation/XbSingleton.h"
+#include "foundation/XbStream.h"
+#include "foundation/XbThreadPool.h"
+#include "foundation/XbTimer.h"
+#include "foundation/ZoFileSystem.h"
+#include "foundation/ZoMessageDispatcher.h"
+#include "foundation/ZoStreamFile.h"
+#include "foundation/ZoUniqueId.h"
+#include "foundation/platform/Library.h"
+#include "services/CHeapTracker.h"
+#include "services/COut.h"
+
+#include "BuiltInWiring.inc"
+
+namespace TestSuite {
+
+namespace {
+
+// The built-in wiring, unscrambled byte by byte.
+std::string builtInWiring() {
+  std::string text;
+  text.reserve(kBuiltInWiringSize);
+  for (unsigned int i = 0; i < kBuiltInWiringSize; ++i)
+    text += static_cast<char>(kBuiltInWiring[i] ^ kBuiltInWiringKey);
+  return text;
+}
+
+const CString& libraryListPath() {
+  static const CString path = ZoFileSystem::InterpretEnvironment(L"%EXECUTABLE%ZoTestSuiteEnvironment.conf");
+  return path;
+}
+
+// The warm-up files of PreallocateStaticData; they go with the environment.
+struct SWarmUpFiles {
+  XbCriticalSection lock;
+  XbArray<CString> paths;
+};
+
+SWarmUpFiles& warmUpFiles() {
+  static SWarmUpFiles files;
+  return files;
+}
+
+void warmUpFileStreams() {
+  const CString path = ZoFileSystem::GetDirectory(ZoFileSystem::eTemporary) + L"ZoTestSuite-" +
+                       ZoUniqueIdT<CString>::GetUniqueID() + L".tmp";
+  try {
+    ZoStreamWriteASCIIFile(path, 0, 1, 0) << L"";
+  } catch (const XbException&) {
+    return;  // no temporary directory: nothing to warm up
+  }
+  std::string bytes;
+  ZoFileSystem::ReadFile(path, bytes);
+  XbScopedLock lock(warmUpFiles().lock);
+  warmUpFiles().paths.Add(path);
+}
+
+void warmUpTextServices() {
+  XbStreamWriteASCIIStringT<CString> stream;
+  stream << FormatString(L"%s %d %I64u %f %S", L"a", 1, std::uint64_t{2}, 3.0, "b") << std::uint64_t{4};
+  XbDateTime::Now().ToString(L"Y-m-d H:i:s.v", true);
+}
+
+}  // namespace
+
+CEnvironment::CEnvironment() {
+  WrCProduct::Set(WrSProductInfo{19, L"ZoTestSuite", L"1.0", L"", 0}, false);
+  sInitialDirectory = ZoFileSystem::GetCurrentDirectoryW();
+  const CString wiringPath = ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + L"./ZoTestSuite.wiring.xml";
+  if (ZoFileSystem::Exists(wiringPath)) container = std::make_unique<Wiring::CContainer>(wiringPath.GetString(), true);
+  if (!container || container->IsEmpty())
+    container = std::make_unique<Wiring::CContainer>(builtInWiring().c_str(), true);
+  if (container->IsEmpty()) XB_THROW("TestSuite::CEnvironment::CEnvironment");
+  ZoMessageDispatcher& dispatcher = XbSingleton<ZoMessageDispatcher>::GetInstance();
+  if (!dispatcher.IsRunning() && !dispatcher.Start()) XB_THROW("TestSuite::CEnvironment::CEnvironment");
+  PreallocateStaticData();
+}
+
+CEnvironment::~CEnvironment() {
+  if (XbSingleton<ZoMessageDispatcher>::HasInstance())
+    XbSingleton<ZoMessageDispatcher>::GetInstance().ShutdownAndWait(0xFFFFFFFF);
+  if (XbSingleton<XbThreadPool>::HasInstance()) XbSingleton<XbThreadPool>::GetInstance().ShutdownAndWait(0xFFFFFFFF);
+  container.reset();
+  {
+    XbScopedLock lock(warmUpFiles().lock);
+    for (const CString& path : warmUpFiles().paths) ZoFileSystem::DeleteFileW(path);
+    warmUpFiles().paths.RemoveAll();
+  }
+  CHeapTracker::UnhookAll();
+}
+
+void CEnvironment::LoadDLL(const CString& name, bool fromConfiguration) {
+  static_cast<void>(fromConfiguration);  // both callers load the same way
+  const CString fileName = name + L".so";
+  const CString path = ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + fileName;
+  if (!ZoFileSystem::Exists(path)) return;
+  if (ZoPlatform::Library::Load(path.ToUtf8())) return;
+  COut::Write(L"DLL '%s' konnte nicht geladen werden: %s", fileName,
+              CString::FromUtf8(ZoPlatform::Library::GetLastError() + "\n"))
+      .Color(ZoColorRGBA::c_GOLDENROD);
+}
+
+void CEnvironment::LoadTestDLLs() {
+  const CString& path = libraryListPath();
+  if (!ZoFileSystem::Exists(path)) return;
+  std::string text;
+  ZoFileSystem::ReadFile(path, text);
+  const nlohmann::json names = nlohmann::json::parse(text);
+  XbArray<CString> libraries;
+  for (const auto& name : names) libraries.Add(CString::FromUtf8(name.get<std::string>()));
+  for (const CString& name : libraries) LoadDLL(name, true);
+}
+
+void CEnvironment::PreallocateStaticData() {
+  if (auto task = XbSingleton<XbThreadPool>::GetInstance().AddTask([] {}, 1)) task->Wait();
+  std::thread([] {}).join();
+  warmUpFileStreams();
+  warmUpTextServices();
+  XbTimer timer(1000);
+  static_cast<void>(timer.GetElapsedSeconds());
+}
+
+void CEnvironment::SetExecutableDirectoryAsWorkingDirectory() {
+  ZoFileSystem::SetCurrentDirectoryW(ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable));
+}
+
+void CEnvironment::RestoreWorkingDirectory() { ZoFileSystem::SetCurrentDirectoryW(sInitialDirectory); }
+
+}  // namespace TestSuite

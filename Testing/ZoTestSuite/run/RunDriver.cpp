@@ -1,0 +1,150 @@
+// Run::Run: prepares the process, collects the classes, schedules and
+// executes every row, condenses the table into statistics, prints the
+// summary and hands over to the report output.
+#include <chrono>
+
+#include "run/CaseExecution.h"
+#include "run/ProgressOutput.h"
+#include "run/RunDriver.h"
+#include "run/RunReports.h"
+#include "run/WorkerPhase.h"
+#include "foundation/ZoAssertDialog.h"
+#include "foundation/ZoDebugSerializationGeneric.h"
+#include "foundation/ZoFileSystem.h"
+#include "services/COut.h"
+
+namespace TestSuite {
+
+namespace {
+
+bool rowIsParallel(const SRunOptions& options, const SUnitTest::SCase& testCase) {
+  if (!options.bParallel) return false;
+  const XbVariant* parallel = testCase.Params.Find(CString(L"Parallel"));
+  if (parallel && parallel->IsBool()) return parallel->GetBool();
+  return true;
+}
+
+void countRow(const SCaseResult& row, SRunStatistics& s) {
+  SCaseCounters& counters = s.classes[row.uiClassIndex];
+  const auto result = static_cast<unsigned int>(row.eResult);
+  ++s.total.uiTotal;
+  ++counters.uiTotal;
+  if (result < Run::sc_uiResultCount) {
+    ++counters.uiResults[result];
+    ++s.total.uiResults[result];
+  }
+  if (row.bWarning) {
+    ++counters.uiWarnings;
+    ++s.total.uiWarnings;
+  }
+  s.dTimeSum += row.dTime;
+  if (row.dTime < s.dTimeMin) s.dTimeMin = row.dTime;
+  if (row.dTime > s.dTimeMax) s.dTimeMax = row.dTime;
+  s.uiMemorySum += row.uiMemoryPeak;
+  if (row.uiMemoryPeak < s.uiMemoryMin) s.uiMemoryMin = row.uiMemoryPeak;
+  if (row.uiMemoryPeak > s.uiMemoryMax) s.uiMemoryMax = row.uiMemoryPeak;
+}
+
+std::int64_t steadyNanoseconds() {
+  return std::chrono::duration_cast<std::chrono::nanoseconds>(
+             std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+}  // namespace
+
+void PrepareProcess(const SSetup& setup, CEnvironment& env) {
+  env.LoadTestDLLs();
+  for (const CString& name : setup.dllFiles) env.LoadDLL(name, false);
+  if (setup.run.bAssertDialog) ZoAssertDialog::Enable();
+  else ZoAssertDialog::Disable();
+  env.SetExecutableDirectoryAsWorkingDirectory();
+}
+
+void ComputeStatistics(const XbArray<SCaseResult>& cases, unsigned int classCount, SRunStatistics& s) {
+  s.classes.RemoveAll();
+  s.classes.SetCount(classCount);
+  s.total.uiTotal = 0;
+  for (const SCaseResult& row : cases)
+    if (row.eResult != Run::eCaseCanceled) countRow(row, s);
+  for (const SCaseCounters& counters : s.classes) {
+    if (counters.uiTotal == 0) continue;
+    ++s.uiClassesRun;
+    if (counters.uiResults[Run::eCaseOk] == counters.uiTotal) {
+      ++s.uiClassesOk;
+      if (counters.uiWarnings == 0) ++s.uiClassesClean;
+    }
+  }
+}
+
+void RunSequentialPhase(const SSetup& setup, const XbArray<SUnitTest>& classes, const SRunOptions& options,
+                        const Run::SCallbacks& callbacks, const XbDateTime& date, const RowList& rows) {
+  SCaseContext context(date.GetValue());
+  bool canceled = false;
+  for (unsigned int i = 0; i < rows.GetCount(); ++i) {
+    SCaseResult& row = *rows[i];
+    if (!canceled && callbacks.fnIsCanceled()) {
+      COut::Write(L"\tAusführung abgebrochen.\n").Color(ZoColorRGBA::c_GRAY);
+      canceled = true;
+    }
+    if (canceled) {
+      row.eResult = Run::eCaseCanceled;
+    } else {
+      const SUnitTest& unitTest = classes[row.uiClassIndex];
+      const SUnitTest::SCase& testCase = unitTest.Cases[row.uiCaseIndex];
+      if (options.bRecordStartTime) row.sStartTime = XbDateTime::Now().ToString(L"Y-m-d H:i:s.v", true);
+      PrintCaseHead(options, unitTest, testCase, rows, i);
+      ExecuteCase(setup, unitTest, testCase, options, callbacks, context, row);
+      PrintCaseResult(row, options.bShowTimes, options.bShowThreadInfo);
+    }
+    callbacks.fnCaseFinished(row.eResult);
+  }
+}
+
+void ScheduleCases(const SSetup& setup, const XbArray<SUnitTest>& classes, const SRunOptions& options,
+                   const Run::SCallbacks& callbacks, const XbDateTime& date, Run::SResult& result) {
+  result.cases.RemoveAll();
+  XbArray<unsigned char> parallelFlags;  // not bool: rows are flags one by one
+  for (unsigned int c = 0; c < classes.GetCount(); ++c) {
+    for (unsigned int k = 0; k < classes[c].Cases.GetCount(); ++k) {
+      const bool parallel = rowIsParallel(options, classes[c].Cases[k]);
+      for (unsigned int r = 0; r < options.uiRepeatCount; ++r) {
+        SCaseResult row;
+        row.uiClassIndex = c;
+        row.uiCaseIndex = k;
+        row.uiRepetition = r;
+        result.cases.Add(std::move(row));
+        parallelFlags.Add(parallel ? 1 : 0);
+      }
+    }
+  }
+  RowList parallelCases, sequentialCases;
+  for (unsigned int i = 0; i < result.cases.GetCount(); ++i)
+    (parallelFlags[i] != 0 ? parallelCases : sequentialCases).Add(&result.cases[i]);
+  if (!parallelCases.IsEmpty()) RunWorkerPhase(setup, classes, options, callbacks, date, parallelCases);
+  if (!sequentialCases.IsEmpty()) RunSequentialPhase(setup, classes, options, callbacks, date, sequentialCases);
+}
+
+Run::SResult Run::Run(const SSetup& setup, CEnvironment& env) {
+  PrepareProcess(setup, env);
+  const XbArray<SUnitTest> classes =
+      !setup.unitTests.IsEmpty() ? setup.unitTests : CollectUnitTests(setup.sDataDir, setup.collectOptions);
+  const std::int64_t start = steadyNanoseconds();
+  const XbDateTime date = XbDateTime::Now();
+  ZoDebugSerializationGeneric::SetDefaultOutputDirectory(
+      ZoFileSystem::GetDirectory(ZoFileSystem::eDebugOutputRoot) + date.ToString(L"Y-m-d H.i.s", true) + L"/");
+
+  SResult result;
+  result.statistics.dateBegin = date;
+  ScheduleCases(setup, classes, setup.run, setup.callbacks, date, result);
+  ComputeStatistics(result.cases, classes.GetCount(), result.statistics);
+  result.statistics.dTimeTotal = static_cast<double>(steadyNanoseconds() - start) / 1e9;
+  result.statistics.dateEnd = XbDateTime::Now();
+
+  PrintSummary(classes, setup.run.bShowTimes, result.statistics);
+  if (!setup.run.bAssertDialog) ZoAssertDialog::Enable();
+  env.RestoreWorkingDirectory();
+  WriteRunReports(setup, classes, result);
+  return result;
+}
+
+}  // namespace TestSuite

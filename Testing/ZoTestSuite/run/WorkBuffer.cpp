@@ -1,0 +1,7 @@
+#include "run/WorkBuffer.h"
+
+namespace TestSuite {
+
+CHeapWorkBuffer::CHeapWorkBuffer() : m_block(std::make_unique<SWorkBlock>()) { ResetWorkBlock(*m_block); }
+
+}  // namespace TestSuite

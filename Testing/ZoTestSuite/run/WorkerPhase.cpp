@@ -1,0 +1,148 @@
+#include "run/WorkerPhase.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "run/CaseExecution.h"
+#include "foundation/XbCriticalSection.h"
+#include "foundation/platform/Thread.h"
+#include "services/COut.h"
+
+namespace TestSuite {
+
+namespace {
+
+// Shared by all workers of one phase; `lock` guards `uiNext`.
+struct SWorkQueue {
+  XbCriticalSection lock;
+  const SSetup& setup;
+  const XbArray<SUnitTest>& classes;
+  const SRunOptions& options;
+  const Run::SCallbacks& callbacks;
+  const RowList& parallelCases;
+  unsigned int uiNext = 0;
+  XbDateTime runDate;
+};
+
+// The rows the workers have finished, in order of finishing.
+struct SFinishedList {
+  XbCriticalSection lock;
+  RowList rows;
+  unsigned int uiCount = 0;
+};
+
+class CWorkerThread {
+ public:
+  CWorkerThread(int index, SWorkQueue& queue, SFinishedList& finished)
+      : iIndex(index), m_queue(queue), m_finished(finished) {}
+
+  void Start() { m_thread = std::thread([this] { threadMain(); }); }
+  void Wait() {
+    if (m_thread.joinable()) m_thread.join();
+  }
+  bool HasFailed() const { return m_bFailed; }
+
+ private:
+  // An exception that leaves the body ends the thread and marks it failed;
+  // its row never reaches the finished list. Every worker runs on all the
+  // processors of the process at normal priority, whatever the thread that
+  // made it had.
+  void threadMain() {
+    ZoPlatform::Thread::SetCurrentName("TestSuite::Run::CWorkerThread");
+    ZoPlatform::Thread::UseProcessAffinityAndNormalPriority();
+    try {
+      Run();
+    } catch (...) {
+      m_bFailed = true;
+    }
+  }
+  void Run();
+  SCaseResult* take(bool& canceled);
+  void finish(SCaseResult* row);
+
+  int iIndex;
+  SWorkQueue& m_queue;
+  SFinishedList& m_finished;
+  std::thread m_thread;
+  bool m_bFailed = false;
+};
+
+SCaseResult* CWorkerThread::take(bool& canceled) {
+  XbScopedLock lock(m_queue.lock);
+  if (m_queue.uiNext == m_queue.parallelCases.GetCount()) return nullptr;
+  canceled = m_queue.callbacks.fnIsCanceled();
+  return m_queue.parallelCases[m_queue.uiNext++];
+}
+
+void CWorkerThread::finish(SCaseResult* row) {
+  XbScopedLock lock(m_finished.lock);
+  m_finished.rows[m_finished.uiCount++] = row;
+}
+
+void CWorkerThread::Run() {
+  CEnvironment::PreallocateStaticData();
+  SCaseContext context(m_queue.runDate.GetValue());
+  bool canceled = false;
+  while (SCaseResult* row = take(canceled)) {
+    row->iThreadIndex = iIndex;
+    if (m_queue.options.bRecordStartTime) row->sStartTime = XbDateTime::Now().ToString(L"Y-m-d H:i:s.v", true);
+    if (canceled) {
+      row->eResult = Run::eCaseCanceled;
+    } else {
+      const SUnitTest& unitTest = m_queue.classes[row->uiClassIndex];
+      ExecuteCase(m_queue.setup, unitTest, unitTest.Cases[row->uiCaseIndex], m_queue.options, m_queue.callbacks,
+                  context, *row);
+    }
+    finish(row);
+  }
+}
+
+unsigned int readFinishedCount(SFinishedList& finished) {
+  XbScopedLock lock(finished.lock);
+  return finished.uiCount;
+}
+
+// Prints the rows as they finish, until all are shown or the user cancels.
+void supervise(SWorkQueue& queue, SFinishedList& finished) {
+  unsigned int shown = 0;
+  const unsigned int total = queue.parallelCases.GetCount();
+  while (shown < total) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(sc_uiSupervisionPeriodMs));
+    const unsigned int count = readFinishedCount(finished);
+    for (; shown < count; ++shown) {
+      if (queue.callbacks.fnIsCanceled()) {
+        COut::Write(L"\tAusführung abgebrochen.\n").Color(ZoColorRGBA::c_GRAY);
+        return;
+      }
+      const SCaseResult& row = *finished.rows[shown];
+      const SUnitTest& unitTest = queue.classes[row.uiClassIndex];
+      PrintCaseHead(queue.options, unitTest, unitTest.Cases[row.uiCaseIndex], finished.rows, shown);
+      PrintCaseResult(row, queue.options.bShowTimes, queue.options.bShowThreadInfo);
+      queue.callbacks.fnCaseFinished(row.eResult);
+    }
+  }
+}
+
+}  // namespace
+
+unsigned int ClampThreadCount(unsigned int requested) {
+  return std::clamp(requested, 1u, sc_uiMaxWorkerThreads);
+}
+
+void RunWorkerPhase(const SSetup& setup, const XbArray<SUnitTest>& classes, const SRunOptions& options,
+                    const Run::SCallbacks& callbacks, const XbDateTime& date, const RowList& parallelCases) {
+  SWorkQueue queue{{}, setup, classes, options, callbacks, parallelCases, 0, date};
+  SFinishedList finished;
+  finished.rows.SetCount(parallelCases.GetCount());
+  const unsigned int threadCount = ClampThreadCount(options.uiThreadCount);
+  XbArray<std::unique_ptr<CWorkerThread>> threads;
+  for (unsigned int i = 0; i < threadCount; ++i) {
+    threads.Add(std::make_unique<CWorkerThread>(static_cast<int>(i), queue, finished));
+    threads.Last()->Start();
+  }
+  supervise(queue, finished);
+  for (auto& thread : threads) thread->Wait();
+}
+
+}  // namespace TestSuite

@@ -1,0 +1,60 @@
+// XMLCharacters: the lead-byte table, name comparison and positions.
+#include "services/xml/XMLCharacters.h"
+
+namespace TestSuite {
+
+namespace {
+constexpr unsigned char leadLength(int byte) {
+  if (byte == 0) return 0;
+  if (byte >= 0xC2 && byte <= 0xDF) return 2;
+  if (byte >= 0xE0 && byte <= 0xEF) return 3;
+  if (byte >= 0xF0 && byte <= 0xF4) return 4;
+  return 1;
+}
+
+}  // namespace
+
+const unsigned char c_XMLCharLength[256] = {
+#define ZO_L4(b) leadLength(b), leadLength(b + 1), leadLength(b + 2), leadLength(b + 3)
+#define ZO_L16(b) ZO_L4(b), ZO_L4(b + 4), ZO_L4(b + 8), ZO_L4(b + 12)
+    ZO_L16(0x00), ZO_L16(0x10), ZO_L16(0x20), ZO_L16(0x30), ZO_L16(0x40), ZO_L16(0x50),
+    ZO_L16(0x60), ZO_L16(0x70), ZO_L16(0x80), ZO_L16(0x90), ZO_L16(0xA0), ZO_L16(0xB0),
+    ZO_L16(0xC0), ZO_L16(0xD0), ZO_L16(0xE0), ZO_L16(0xF0),
+#undef ZO_L16
+#undef ZO_L4
+};
+
+bool XMLNamesEqual(const char* a, const char* b) {
+  if (!a || !b) return false;
+  while (*a && XMLLowerAscii(*a) == XMLLowerAscii(*b)) {
+    ++a;
+    ++b;
+  }
+  return *a == *b;
+}
+
+bool XMLPrefixEqual(const char* a, const char* b, std::size_t uiLength) {
+  for (std::size_t i = 0; i < uiLength; ++i) {
+    if (!b[i] || XMLLowerAscii(a[i]) != XMLLowerAscii(b[i])) return false;
+  }
+  return true;
+}
+
+void XMLComputePosition(const char* sText, std::size_t uiOffset, int* piLine, int* piColumn) {
+  int iLine = 1;
+  int iColumn = 1;
+  std::size_t i = 0;
+  while (i < uiOffset && sText[i]) {
+    if (sText[i] == '\n') {
+      ++iLine;
+      iColumn = 1;
+    } else {
+      ++iColumn;
+    }
+    i += XMLCharLength(sText + i);
+  }
+  *piLine = iLine;
+  *piColumn = iColumn;
+}
+
+}  // namespace TestSuite

@@ -1,0 +1,130 @@
+#include "ZoTestSuiteEnvironment.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "TempDirectory.h"
+#include "core/WiringContainer.h"
+#include "foundation/WrCProduct.h"
+#include "foundation/XbRTTI.h"
+#include "foundation/ZoFileSystem.h"
+#include "foundation/platform/Library.h"
+#include "services_COutRecorder.h"
+
+using namespace TestSuite;
+
+namespace {
+
+// A file beside the executable for the life of one test.
+class CFileBesideExecutable {
+ public:
+  CFileBesideExecutable(const wchar_t* name, const std::string& bytes)
+      : m_path(ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + name) {
+    std::ofstream(m_path.ToUtf8(), std::ios::binary) << bytes;
+  }
+  ~CFileBesideExecutable() { ZoFileSystem::DeleteFileW(m_path); }
+
+ private:
+  CString m_path;
+};
+
+const char* wiringRootName() {
+  const auto* container = Wiring::CContainer::GetCurrent();
+  if (!container) return nullptr;
+  TestSuite::XMLNode node = container->GetConfiguration();
+  if (node.getName() && std::string(node.getName()) == "xml") node = node.getChildNode(0);
+  return node.getName();
+}
+
+}  // namespace
+
+// The files beside the executable are shared by every test program that
+// runs at the same time, so each of them is changed by one test only.
+TEST(Environment, TheWiringFileBesideTheExecutableOrTheBuiltInConfiguration) {
+  {
+    CEnvironment env;
+    ASSERT_NE(wiringRootName(), nullptr);
+    EXPECT_STREQ(wiringRootName(), "Wiring");  // no file: the built-in configuration
+    const auto product = WrCProduct::Get();
+    ASSERT_TRUE(product.has_value());
+    EXPECT_EQ(product->uiProductNumber, 19u);
+    EXPECT_EQ(product->sName, CString(L"ZoTestSuite"));
+    EXPECT_EQ(product->sVersion, CString(L"1.0"));
+  }
+  {
+    CFileBesideExecutable wiring(L"ZoTestSuite.wiring.xml", "<LocalWiring><Product id=\"19\"/></LocalWiring>");
+    CEnvironment env;
+    EXPECT_STREQ(wiringRootName(), "LocalWiring");
+  }
+  {
+    CFileBesideExecutable wiring(L"ZoTestSuite.wiring.xml", "<LocalWiring>");
+    CEnvironment env;
+    EXPECT_STREQ(wiringRootName(), "Wiring");  // a broken file: the built-in one
+  }
+}
+
+TEST(Environment, TheLibraryListBesideTheExecutable) {
+  {
+    CFileBesideExecutable list(L"ZoTestSuiteEnvironment.conf", "[]");
+    CEnvironment env;
+    COutRecorder recorder;
+    env.LoadTestDLLs();
+    EXPECT_EQ(recorder.Text(), CString());
+    EXPECT_EQ(XbRTTI::Find(L"ApiLoadedTest"), nullptr);  // an empty list loads nothing
+  }
+  CFileBesideExecutable list(L"ZoTestSuiteEnvironment.conf", "[\"ApiTestLibrary\", \"NotThere\"]");
+  CEnvironment env;
+  COutRecorder recorder;
+  env.LoadTestDLLs();
+  env.LoadDLL(L"ApiTestLibrary", false);
+  EXPECT_EQ(recorder.Text(), CString());  // a library that is not there is not mentioned
+  ASSERT_NE(XbRTTI::Find(L"ApiLoadedTest"), nullptr);
+  // In the list and in the setup: two references are held, so giving up
+  // two more than we add leaves the class registered, and one more removes it.
+  const std::string path = (ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + L"ApiTestLibrary.so").ToUtf8();
+  ZoPlatform::Library::Handle handle = ZoPlatform::Library::Load(path);
+  ASSERT_NE(handle, nullptr);
+  EXPECT_TRUE(ZoPlatform::Library::Unload(handle));
+  EXPECT_TRUE(ZoPlatform::Library::Unload(handle));
+  EXPECT_NE(XbRTTI::Find(L"ApiLoadedTest"), nullptr);
+  EXPECT_TRUE(ZoPlatform::Library::Unload(handle));
+  EXPECT_EQ(XbRTTI::Find(L"ApiLoadedTest"), nullptr);
+}
+
+TEST(Environment, ALibraryThatCannotBeLoadedIsOneWarning) {
+  CFileBesideExecutable broken(L"EnvironmentBroken.so", "not a library");
+  CEnvironment env;
+  COutRecorder recorder;
+  env.LoadDLL(L"EnvironmentBroken", false);
+  const auto messages = recorder.Messages();
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_EQ(messages[0].sText.Left(51), CString(L"DLL 'EnvironmentBroken.so' konnte nicht geladen werden: ").Left(51));
+  EXPECT_EQ(messages[0].sText.Right(1), CString(L"\n"));
+  EXPECT_EQ(messages[0].color, ZoColorRGBA::c_GOLDENROD);
+}
+
+TEST(Environment, WorkingDirectoryMovesToTheExecutableAndBack) {
+  const CString before = ZoFileSystem::GetCurrentDirectoryW();
+  CEnvironment env;
+  env.SetExecutableDirectoryAsWorkingDirectory();
+  CString here = ZoFileSystem::GetCurrentDirectoryW() + L"/";
+  EXPECT_EQ(here, ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable));
+  env.RestoreWorkingDirectory();
+  EXPECT_EQ(ZoFileSystem::GetCurrentDirectoryW(), before);
+}
+
+TEST(Environment, ADeletedInitialDirectoryIsNotReported) {
+  const CString before = ZoFileSystem::GetCurrentDirectoryW();
+  {
+    auto scratch = std::make_unique<TempDirectory>();
+    ASSERT_TRUE(ZoFileSystem::SetCurrentDirectoryW(scratch->Path()));
+    CEnvironment env;
+    env.SetExecutableDirectoryAsWorkingDirectory();
+    scratch.reset();
+    COutRecorder recorder;
+    env.RestoreWorkingDirectory();
+    EXPECT_EQ(recorder.Text(), CString());
+  }
+  ZoFileSystem::SetCurrentDirectoryW(before);
+}
