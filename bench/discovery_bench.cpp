@@ -26,7 +26,7 @@ using namespace TestSuite;
 
 namespace {
 
-constexpr unsigned int c_iClassNames = 100;    // Klasse00 ... Klasse99, each in every leaf directory
+constexpr unsigned int c_iClassNames = 100;  // Klasse00 ... Klasse99, each in every leaf directory
 constexpr unsigned int c_iCasesPerClass = 100;
 
 // Lists "case_000" ... as many as "count.txt" in its directory says, so
@@ -174,8 +174,8 @@ void measure(const fs::path& base, unsigned int leaves) {
   XbArray<EFilterResult> table;
   const double dTable = seconds([&] { table = ComputeFilterTable(all, tree, functions); });
   const double dPurge = seconds([&] { PurgeTestCases(all, tree, std::move(table), true); });
-  std::printf("  CTree::Build %.3f s, ComputeFilterTable (class:case slot) %.3f s, PurgeTestCases %.3f s\n",
-              dTree, dTable, dPurge);
+  std::printf("  CTree::Build %.3f s, ComputeFilterTable (class:case slot) %.3f s, PurgeTestCases %.3f s\n", dTree,
+              dTable, dPurge);
   fs::remove_all(root);
 }
 

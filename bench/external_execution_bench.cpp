@@ -23,15 +23,15 @@
 #include <iterator>
 #include <string>
 
+#include "ZoTestSuite.h"
+#include "external_execution_BenchClasses.h"
+#include "foundation/ZoFileSystem.h"
+#include "foundation/ZoUniqueId.h"
+#include "foundation/platform/Process.h"
 #include "run/external/ChildProcess.h"
 #include "run/external/ExternalExecution.h"
 #include "run/external/NamedEvent.h"
 #include "run/external/SharedMemoryWorkBuffer.h"
-#include "ZoTestSuite.h"
-#include "foundation/ZoFileSystem.h"
-#include "foundation/ZoUniqueId.h"
-#include "external_execution_BenchClasses.h"
-#include "foundation/platform/Process.h"
 #include "services/COut.h"
 
 namespace {
@@ -46,7 +46,7 @@ constexpr unsigned int c_uiBusyCases = 200;
 constexpr double c_dBusyCaseSeconds = 0.020;
 constexpr int c_iBusyRounds = 2;  // a round of the busy cases takes about six seconds
 constexpr int c_iSpawns = 20;     // the quickest start of the front end counts
-constexpr int c_iRounds = 3;  // the best round counts: other processes only ever add time
+constexpr int c_iRounds = 3;      // the best round counts: other processes only ever add time
 constexpr const char* c_szLibrary = "external_execution_BenchClasses";
 constexpr const char* c_szEchoMode = "--echo";
 
@@ -62,7 +62,7 @@ class CPrivateFrontEnd {
                   ("zo-bench-" + ZoUniqueIdT<CString>::GetUniqueID().ToUtf8());
     fs::create_directories(m_directory);
     for (const std::string& name : {GetChildProgramPath().ToUtf8(), std::string("libZoTestSuite.so"),
-                                   std::string("libZoFoundation.so"), std::string(c_szLibrary) + ".so"}) {
+                                    std::string("libZoFoundation.so"), std::string(c_szLibrary) + ".so"}) {
       const fs::path file = from / fs::path(name).filename();
       std::error_code error;
       fs::create_hard_link(file, m_directory / file.filename(), error);
@@ -146,7 +146,8 @@ double secondsPerRoundTrip() {
   ZoPlatform::Process::CChild child;
   const std::string self =
       (ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + L"external_execution_bench").ToUtf8();
-  if (!child.Start({{self, c_szEchoMode, memoryId.ToUtf8(), requestId.ToUtf8(), responseId.ToUtf8()}, "",
+  if (!child.Start({{self, c_szEchoMode, memoryId.ToUtf8(), requestId.ToUtf8(), responseId.ToUtf8()},
+                    "",
                     ZoPlatform::Process::EStandardStreams::eNull}))
     return -1.0;
   auto roundTrip = [&](unsigned int i) {
@@ -236,8 +237,10 @@ int runBusyCases() {
       whole[m] = std::min(whole[m], secondsSince(start) / c_uiBusyCases);
     }
   }
-  std::printf("CPU-bound cases of about %.0f ms, best of %d rounds (first case start to last case end; whole "
-              "run in brackets):\n", c_dBusyCaseSeconds * 1e3, c_iBusyRounds);
+  std::printf(
+      "CPU-bound cases of about %.0f ms, best of %d rounds (first case start to last case end; whole "
+      "run in brackets):\n",
+      c_dBusyCaseSeconds * 1e3, c_iBusyRounds);
   for (int m = 0; m < 2; ++m)
     std::printf("  %-40s %5u cases  %9.1f us/case  (%.1f)\n", modes[m].szName, c_uiBusyCases, span[m] * 1e6,
                 whole[m] * 1e6);
@@ -287,8 +290,9 @@ int runTrivialCases() {
               (best[2] - best[0]) * 1e6, best[c_iModes] * 1e6);
   std::printf("External Isolated per case over the start of the front end: %.2f times (target at most 1.5)\n",
               best[3] / best[c_iModes + 2]);
-  std::printf("(*) first case start to last case end; the whole run also waits up to 250 ms for the "
-              "supervisor's last look.\n");
+  std::printf(
+      "(*) first case start to last case end; the whole run also waits up to 250 ms for the "
+      "supervisor's last look.\n");
   return 0;
 }
 

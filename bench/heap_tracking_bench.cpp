@@ -30,8 +30,8 @@ void* (*volatile g_fnMalloc)(std::size_t) = &std::malloc;
 void (*volatile g_fnFree)(void*) = &std::free;
 
 constexpr int c_iPairs = 2'000'000;
-constexpr int c_iLive = 256;   // blocks live at a time, in a ring
-constexpr int c_iRounds = 5;   // the best of these counts: other processes only ever add time
+constexpr int c_iLive = 256;  // blocks live at a time, in a ring
+constexpr int c_iRounds = 5;  // the best of these counts: other processes only ever add time
 constexpr double c_dTrackedTarget = 4.0, c_dMemcheckTarget = 5.0;
 
 // The workload: each step frees the oldest of c_iLive blocks and allocates
@@ -111,11 +111,13 @@ int main(int argc, char** argv) {
               c_iRounds);
   std::printf("  (a) untracked                 %8.1f ms   %6.1f ns per pair\n", untracked * 1e3,
               untracked / c_iPairs * 1e9);
-  std::printf("  (b) tracked by CHeapTracker   %8.1f ms   %6.1f ns per pair\n", tracked * 1e3, tracked / c_iPairs * 1e9);
+  std::printf("  (b) tracked by CHeapTracker   %8.1f ms   %6.1f ns per pair\n", tracked * 1e3,
+              tracked / c_iPairs * 1e9);
   const double memcheck = memcheckSeconds(argv[0]);
   if (memcheck < 0) std::printf("  (c) valgrind memcheck         not measured (valgrind is missing or failed)\n");
-  else std::printf("  (c) valgrind memcheck         %8.1f ms   %6.1f ns per pair\n", memcheck * 1e3,
-                   memcheck / c_iPairs * 1e9);
+  else
+    std::printf("  (c) valgrind memcheck         %8.1f ms   %6.1f ns per pair\n", memcheck * 1e3,
+                memcheck / c_iPairs * 1e9);
   const double trackedRatio = tracked / untracked;
   std::printf("tracked/untracked: %.2fx (target: at most %.0fx) %s\n", trackedRatio, c_dTrackedTarget,
               trackedRatio <= c_dTrackedTarget ? "met" : "MISSED");

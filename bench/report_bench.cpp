@@ -13,11 +13,11 @@
 #include <string>
 
 #include "BenchTiming.h"
-#include "run/RunDriver.h"
 #include "report/HtmlReportWriter.h"
 #include "report/ReportData.h"
 #include "report/XmlReportLoader.h"
 #include "report/XmlReportWriter.h"
+#include "run/RunDriver.h"
 
 namespace {
 
@@ -44,9 +44,10 @@ void addCase(SRun& run, unsigned int classIndex, unsigned int caseIndex, std::mt
   row.eResult = Run::eCaseOk;
   if (id % 10 == 3) {
     row.eResult = id % 20 == 3 ? Run::eCaseDifferent : Run::eCaseError;
-    row.sOutput = FormatString(L"INFO:  Lade Referenz \"ref_%u.dat\"\nERROR: %u Abweichungen < 1e-3 & mehr\n"
-                               L"weiter im Fehler\nINFO:  Dauer %u ms\n",
-                               id, random() % 100, random() % 1000);
+    row.sOutput = FormatString(
+        L"INFO:  Lade Referenz \"ref_%u.dat\"\nERROR: %u Abweichungen < 1e-3 & mehr\n"
+        L"weiter im Fehler\nINFO:  Dauer %u ms\n",
+        id, random() % 100, random() % 1000);
   }
   if (id % 7 == 0) {
     row.iMemoryDelta = 64 + random() % 1000;
@@ -100,8 +101,14 @@ int main() {
     Report::BuildReportData(data, run.setup, run.classes, run.result.cases, run.result.statistics);
     return data.Cases.GetCount() == c_uiClasses * c_uiCasesPerClass;
   });
-  const double dXml = bestSeconds(c_iRuns, [&] { Report::WriteXmlReport(xmlPath, data); return true; });
-  const double dHtml = bestSeconds(c_iRuns, [&] { Report::WriteHtmlReport(htmlPath, data, false, false); return true; });
+  const double dXml = bestSeconds(c_iRuns, [&] {
+    Report::WriteXmlReport(xmlPath, data);
+    return true;
+  });
+  const double dHtml = bestSeconds(c_iRuns, [&] {
+    Report::WriteHtmlReport(htmlPath, data, false, false);
+    return true;
+  });
   Report::SData loaded;
   const double dLoad = bestSeconds(c_iRuns, [&] {
     return Report::LoadReportDataFromXMLFile(xmlPath, loaded) && loaded.Cases.GetCount() == data.Cases.GetCount();
@@ -112,8 +119,8 @@ int main() {
   const double dHtmlMB = megabytes(dir / "report.html");
   std::filesystem::remove_all(dir);
 
-  std::printf("run: %u cases in %u classes; XML report %.1f MB, HTML report %.1f MB\n",
-              c_uiClasses * c_uiCasesPerClass, c_uiClasses, dXmlMB, dHtmlMB);
+  std::printf("run: %u cases in %u classes; XML report %.1f MB, HTML report %.1f MB\n", c_uiClasses * c_uiCasesPerClass,
+              c_uiClasses, dXmlMB, dHtmlMB);
   std::printf("best of %d runs each, target under %.0f s:\n", c_iRuns, c_dTargetSeconds);
   printTime("BuildReportData", dBuild);
   printTime("WriteXmlReport", dXml);

@@ -15,10 +15,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <initializer_list>
 #include <vector>
 
 #include "foundation/ZoUniqueId.h"
@@ -57,8 +57,8 @@ fs::path makeTree(const fs::path& root, const SLayout& layout) {
 }
 
 std::string frontEndCommand(const fs::path& cli, const fs::path& tree, const std::string& options) {
-  return join({quote(cli.string()), " -d ", quote(tree.string()), " --dll run_overhead_BenchClasses --no-times ",
-               options});
+  return join(
+      {quote(cli.string()), " -d ", quote(tree.string()), " --dll run_overhead_BenchClasses --no-times ", options});
 }
 
 // Seconds of one whole run of `command`; negative if it failed.

@@ -4,6 +4,8 @@
 // entities) to a temporary directory, times XMLNode::parseFile on it (the
 // read, the parse and the release of the tree) and `xmllint --noout`, takes
 // the best of a few runs of each, and prints MB/s and the ratio.
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -12,8 +14,6 @@
 #include <fstream>
 #include <random>
 #include <string>
-
-#include <fmt/format.h>
 
 #include "BenchTiming.h"
 #include "foundation/CString.h"
@@ -40,15 +40,17 @@ std::string reportHead() {
 
 void appendCase(std::string& out, int id, std::mt19937& random) {
   const bool bFailed = id % 10 == 0;
-  out += fmt::format("\t<testcase id=\"{}\" classname=\"CGeometryTest{}\" name=\"case_{:06}&amp;variant&#228;\">\n",
-                     id, id % 97, id);
-  out += fmt::format("\t\t<time>{:.6f}</time>\n\t\t<memory>{}</memory>\n\t\t<memorydelta>{}</memorydelta>\n",
-                     (random() % 100000) / 1000.0, 1000000 + random() % 9000000,
-                     static_cast<int>(random() % 2000) - 1000);
-  out += fmt::format("\t\t<result type=\"{}\"{}>\n", bFailed ? "DIFFERENT" : "OK",
-                     id % 7 == 0 ? " warning=\"true\"" : "");
-  out += fmt::format("\t\t\t<dump type=\"info\">Lade Referenzdaten aus &quot;ref_{}.dat&quot; "
-                     "(Gr&#246;&#223;e {} Bytes)</dump>\n", id, random() % 100000);
+  out += fmt::format("\t<testcase id=\"{}\" classname=\"CGeometryTest{}\" name=\"case_{:06}&amp;variant&#228;\">\n", id,
+                     id % 97, id);
+  out +=
+      fmt::format("\t\t<time>{:.6f}</time>\n\t\t<memory>{}</memory>\n\t\t<memorydelta>{}</memorydelta>\n",
+                  (random() % 100000) / 1000.0, 1000000 + random() % 9000000, static_cast<int>(random() % 2000) - 1000);
+  out +=
+      fmt::format("\t\t<result type=\"{}\"{}>\n", bFailed ? "DIFFERENT" : "OK", id % 7 == 0 ? " warning=\"true\"" : "");
+  out += fmt::format(
+      "\t\t\t<dump type=\"info\">Lade Referenzdaten aus &quot;ref_{}.dat&quot; "
+      "(Gr&#246;&#223;e {} Bytes)</dump>\n",
+      id, random() % 100000);
   out += fmt::format("\t\t\t<dump type=\"info\">Vergleiche {} Punkte mit Toleranz 1e-6 &lt;= d &lt; 1e-3</dump>\n",
                      random() % 50000);
   out += fmt::format("\t\t\t<dump type=\"{}\">Ergebnis: {} Abweichungen &amp; {} Warnungen, Dauer {} ms</dump>\n",

@@ -8,11 +8,11 @@
 #include <optional>
 #include <regex>
 
+#include "discovery/SelectionStore.h"
 #include "foundation/CString.h"
 #include "foundation/XbArray.h"
 #include "foundation/XbMap.h"
 #include "foundation/XbVariant.h"
-#include "discovery/SelectionStore.h"
 
 namespace TestSuite {
 
@@ -24,8 +24,8 @@ struct SUnitTest {
     CString Role;
   };
   struct SCase {
-    CString Name;                     // as the class's GetSubtestName gave it
-    XbMap<CString, XbVariant> Params; // only what "#ExtraInfo.xml" set
+    CString Name;                      // as the class's GetSubtestName gave it
+    XbMap<CString, XbVariant> Params;  // only what "#ExtraInfo.xml" set
   };
 
   CString Name;     // class name = leaf name of the directory
@@ -135,8 +135,7 @@ struct SFilterFunctions {
 EFilterResult ApplyPatternFilter(const CString& text, const SPatternFilter& filter, bool bFullMatch);
 // All filters in order, with no short cut: the last one that matches
 // decides; none, or an empty list, gives neutral.
-EFilterResult ApplyMultiplePatternFilters(const CString& text, const XbArray<SPatternFilter>& filters,
-                                          bool bFullMatch);
+EFilterResult ApplyMultiplePatternFilters(const CString& text, const XbArray<SPatternFilter>& filters, bool bFullMatch);
 
 // One result per case index of `tree`, built from `unitTests`: a walk from
 // the root in which each level that says something other than neutral
@@ -151,8 +150,7 @@ XbArray<EFilterResult> ComputeFilterTable(const XbArray<SUnitTest>& unitTests, c
 // of the tree; a class left without cases goes. `tree` must have been built
 // from `unitTests` and no longer fits it afterwards; `table` has the tree's
 // case count.
-void PurgeTestCases(XbArray<SUnitTest>& unitTests, const CTree& tree, XbArray<EFilterResult> table,
-                    bool bKeepNeutral);
+void PurgeTestCases(XbArray<SUnitTest>& unitTests, const CTree& tree, XbArray<EFilterResult> table, bool bKeepNeutral);
 
 // Scans `dataDir` for test classes and their cases, applies each class's
 // "#ExtraInfo.xml", drops disabled cases, applies selection and filters and

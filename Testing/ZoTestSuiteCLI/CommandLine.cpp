@@ -31,9 +31,9 @@ CString wide(const std::string& text) { return CString::FromUtf8(text); }
 void addRunOptions(::CLI::App& app, SRawOptions& raw, SSetup& setup) {
   SRunOptions& run = setup.run;
   app.add_option("-d,--data-dir", raw.sDataDir, "Root directory of the test data")->type_name("DIR");
-  app.add_option("-w,--workers", raw.sWorkers,
-                 "Run cases on N worker threads (no N: one per processor)")
-      ->expected(0, 1)->type_name("[N]");
+  app.add_option("-w,--workers", raw.sWorkers, "Run cases on N worker threads (no N: one per processor)")
+      ->expected(0, 1)
+      ->type_name("[N]");
   app.add_flag("-x,--external", run.bExternal, "Run every case in a child process");
   app.add_flag("-l,--isolated", run.bIsolated, "With -x: a fresh child process for each case");
   app.add_option("-t,--timeout", raw.uiTimeOut, "Time limit of one case in seconds (child processes only)")
@@ -43,41 +43,42 @@ void addRunOptions(::CLI::App& app, SRawOptions& raw, SSetup& setup) {
   app.add_flag("-v,--thread-info", run.bShowThreadInfo, "Show the thread and process of each case");
   app.add_flag("--track-heap", run.bTrackHeap, "Track the heap of each case and warn about leaks");
   app.add_flag("--dump-leaks", run.bDumpLeaks, "With --track-heap: list the live blocks of a leaking case");
-  app.add_flag_callback("--no-leak-warnings", [&run] { run.bReportMemLeak = false; },
-                        "Do not turn a leak into a warning");
+  app.add_flag_callback(
+      "--no-leak-warnings", [&run] { run.bReportMemLeak = false; }, "Do not turn a leak into a warning");
   app.add_option("--observe-id", raw.uiObserveID, "Stop in the debugger at the allocation with this ID")
       ->type_name("N");
   app.add_option("--observe-size", raw.uiObserveSize, "Stop in the debugger at an allocation of this size")
       ->type_name("N");
   app.add_option("--debug-option", raw.debugOptions, "Switch on debug option K (0, 1 or 2) of the test classes")
-      ->check(::CLI::Range(0u, 2u))->type_name("K");
-  app.add_flag_callback("--no-assert-dialog", [&run] { run.bAssertDialog = false; },
-                        "Failed assertions print and go on instead of stopping in the debugger");
+      ->check(::CLI::Range(0u, 2u))
+      ->type_name("K");
+  app.add_flag_callback(
+      "--no-assert-dialog", [&run] { run.bAssertDialog = false; },
+      "Failed assertions print and go on instead of stopping in the debugger");
   app.add_flag("--record-start-time", run.bRecordStartTime, "Show the wall-clock start of each case");
-  app.add_flag_callback("--no-times", [&run] { run.bShowTimes = false; }, "Do not show times");
+  app.add_flag_callback(
+      "--no-times", [&run] { run.bShowTimes = false; }, "Do not show times");
 }
 
 void addProcessOptions(::CLI::App& app, SRawOptions& raw, SCommandLine& commandLine, bool& recreate) {
   app.add_option("--dll", raw.dlls, "Load the test library NAME.so beside the front end (repeatable)")
       ->type_name("NAME");
-  app.add_option("--log-file", raw.sLogFile, "Write everything that is printed to FILE as well")
-      ->type_name("FILE");
+  app.add_option("--log-file", raw.sLogFile, "Write everything that is printed to FILE as well")->type_name("FILE");
   app.add_option("--run-tag", raw.sRunTag, "Tag of this run, carried into its reports")->type_name("TAG");
   app.add_flag("--recreate", recreate, "Renew the reference data of the cases instead of running them");
-  app.add_flag_callback("--no-color", [&commandLine] { commandLine.bColor = false; },
-                        "Plain output even on a terminal");
+  app.add_flag_callback(
+      "--no-color", [&commandLine] { commandLine.bColor = false; }, "Plain output even on a terminal");
   app.add_option("--memory-id", raw.sMemoryId, "Child side: name of the shared work block")->group("");
   app.add_option("--request-event-id", raw.sRequestEventId, "Child side: name of the request event")->group("");
-  app.add_option("--response-event-id", raw.sResponseEventId, "Child side: name of the response event")
-      ->group("");
+  app.add_option("--response-event-id", raw.sResponseEventId, "Child side: name of the response event")->group("");
 }
 
 void applyRaw(const ::CLI::App& app, const SRawOptions& raw, SSetup& setup) {
   setup.sDataDir = wide(raw.sDataDir);
   if (app.count("-w") > 0) {
     setup.run.bParallel = true;
-    setup.run.uiThreadCount = raw.sWorkers.empty() ? Utils::GetDefaultThreadCount()
-                                                   : static_cast<unsigned int>(std::stoul(raw.sWorkers));
+    setup.run.uiThreadCount =
+        raw.sWorkers.empty() ? Utils::GetDefaultThreadCount() : static_cast<unsigned int>(std::stoul(raw.sWorkers));
   }
   setup.run.uiRepeatCount = raw.uiRepeat;
   setup.run.uiTimeOutSec = raw.uiTimeOut;
@@ -114,8 +115,10 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   SCommandLine commandLine;
   SRawOptions raw;
   bool recreate = false, version = false;
-  ::CLI::App app("Runs data-driven C++ tests: every directory named after a registered test class is a class, "
-                 "and the class lists its cases.", "ZoTestSuiteCLI");
+  ::CLI::App app(
+      "Runs data-driven C++ tests: every directory named after a registered test class is a class, "
+      "and the class lists its cases.",
+      "ZoTestSuiteCLI");
   app.set_version_flag("", "");
   app.add_flag("--version", version, "Print the version and the build's revision");
   addRunOptions(app, raw, commandLine.setup);
@@ -130,9 +133,7 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
     commandLine.eMode = EMode::Help;
     commandLine.sHelpText = app.help();
     return commandLine;
-  } catch (const ::CLI::ParseError& error) {
-    throw CUsageError(error.what());
-  }
+  } catch (const ::CLI::ParseError& error) { throw CUsageError(error.what()); }
   checkWorkers(raw.sWorkers);
   applyRaw(app, raw, commandLine.setup);
   ApplyReportOptions(app, reportOptions, commandLine.setup);

@@ -11,13 +11,13 @@
 namespace TestSuite::CLI {
 
 enum class EMode {
-  Run,        // a test run (the default)
-  Child,      // the child side of external execution
-  Recreate,   // renew reference data
+  Run,           // a test run (the default)
+  Child,         // the child side of external execution
+  Recreate,      // renew reference data
   Query,         // --query: list what would run
   ListDisabled,  // --list-disabled: list the disabled cases
-  Help,       // --help was printed
-  Version,    // --version was printed
+  Help,          // --help was printed
+  Version,       // --version was printed
 };
 
 struct SCommandLine {

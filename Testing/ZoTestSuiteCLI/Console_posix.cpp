@@ -1,10 +1,10 @@
-#include "Console.h"
-
 #include <signal.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <atomic>
+
+#include "Console.h"
 
 namespace TestSuite::CLI {
 

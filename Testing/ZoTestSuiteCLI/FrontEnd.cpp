@@ -51,8 +51,9 @@ bool runsCasesInChildren(const SSetup& setup) {
 
 void warnAboutLibrariesOfChildren(const SSetup& setup) {
   if (setup.dllFiles.IsEmpty() || !runsCasesInChildren(setup)) return;
-  COut::Write(L"Hinweis: Mit --dll geladene Bibliotheken fehlen in den Kindprozessen; "
-              L"für -x gehören sie in ZoTestSuiteEnvironment.conf.\n")
+  COut::Write(
+      L"Hinweis: Mit --dll geladene Bibliotheken fehlen in den Kindprozessen; "
+      L"für -x gehören sie in ZoTestSuiteEnvironment.conf.\n")
       .Color(ZoColorRGBA::c_GOLDENROD);
 }
 
@@ -91,22 +92,16 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
   SSetup& setup = commandLine.setup;
   CEnvironment env;
   switch (commandLine.eMode) {
-    case EMode::Child:
-      Run::RunExternalExecution(setup, env);
-      return sc_iExitPassed;
-    case EMode::Recreate:
-      return recreate(setup, env);
-    case EMode::Query:
-      RunQueryMode(setup, env);
-      return sc_iExitPassed;
+    case EMode::Child: Run::RunExternalExecution(setup, env); return sc_iExitPassed;
+    case EMode::Recreate: return recreate(setup, env);
+    case EMode::Query: RunQueryMode(setup, env); return sc_iExitPassed;
     case EMode::ListDisabled:
       // The listing loads only the configured libraries; those of --dll
       // are loaded here so that it sees the same classes as --query.
       for (const CString& name : setup.dllFiles) env.LoadDLL(name, false);
       ListDisabledTestCases(setup, env);
       return sc_iExitPassed;
-    default:
-      return runTests(setup, env, sink);
+    default: return runTests(setup, env, sink);
   }
 }
 
@@ -119,12 +114,10 @@ void SetGlobalLocale() {
       std::locale::global(fromEnvironment);
       return;
     }
-  } catch (const std::exception&) {
-  }
+  } catch (const std::exception&) {}
   try {
     std::locale::global(std::locale("C.UTF-8"));
-  } catch (const std::exception&) {
-  }
+  } catch (const std::exception&) {}
 }
 
 int RunFrontEnd(SCommandLine& commandLine) {
@@ -144,9 +137,7 @@ int RunFrontEnd(SCommandLine& commandLine) {
     return dispatch(commandLine, sink);
   } catch (const XbException& error) {
     std::fprintf(stderr, "ZoTestSuiteCLI: interner Fehler in %s\n", error.what());
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "ZoTestSuiteCLI: interner Fehler: %s\n", error.what());
-  }
+  } catch (const std::exception& error) { std::fprintf(stderr, "ZoTestSuiteCLI: interner Fehler: %s\n", error.what()); }
   return sc_iExitInternal;
 }
 

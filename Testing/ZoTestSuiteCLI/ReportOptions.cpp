@@ -10,19 +10,20 @@ namespace TestSuite::CLI {
 void AddReportOptions(::CLI::App& app, SReportOptionValues& values) {
   app.add_option("--xml", values.sXmlReport,
                  "Write the XML report to FILE (no FILE: into the default report directory)")
-      ->expected(0, 1)->type_name("[FILE]");
+      ->expected(0, 1)
+      ->type_name("[FILE]");
   app.add_option("--html", values.sHtmlReport,
                  "Write the HTML report to FILE, with ZoTestSuite.css and ZoTestSuite.js beside it "
                  "(no FILE: into the default report directory)")
-      ->expected(0, 1)->type_name("[FILE]");
+      ->expected(0, 1)
+      ->type_name("[FILE]");
   app.add_flag("--open", values.bOpenHtmlReport, "Open the HTML report when the run is done");
   app.add_flag("--html-classes-only", values.bHtmlClassesOnly, "Leave the table of cases out of the HTML report");
   app.add_flag("--show-warnings", values.bShowWarnings, "Show warnings in the HTML report");
   app.add_option("--message-report-max", values.iMessageReportMax,
                  "Report at most N output lines of a case (default 3)")
       ->type_name("N");
-  app.add_option("--junit", values.sJUnitReport, "Write a JUnit XML file for CI servers to FILE")
-      ->type_name("FILE");
+  app.add_option("--junit", values.sJUnitReport, "Write a JUnit XML file for CI servers to FILE")->type_name("FILE");
 }
 
 void ApplyReportOptions(const ::CLI::App& app, const SReportOptionValues& values, SSetup& setup) {

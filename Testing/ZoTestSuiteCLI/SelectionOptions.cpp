@@ -2,7 +2,6 @@
 #include "SelectionOptions.h"
 
 #include <CLI/CLI.hpp>
-
 #include <filesystem>
 #include <regex>
 
@@ -60,19 +59,18 @@ CString absolutePath(const std::string& path) {
 
 void AddSelectionOptions(::CLI::App& app, SSelectionOptionValues& values) {
   app.add_option("--select", values.sSelectionFile, "Run what the selection file FILE selects")
-      ->type_name("FILE")->group(c_sGroup);
-  app.add_flag("--invert-selection", values.bInvertSelection,
-               "Run everything the selection file does not select")->group(c_sGroup);
+      ->type_name("FILE")
+      ->group(c_sGroup);
+  app.add_flag("--invert-selection", values.bInvertSelection, "Run everything the selection file does not select")
+      ->group(c_sGroup);
   addPatternOption(app, "--include", false, false, "Include what matches WILDCARD (repeatable)", values);
   addPatternOption(app, "--exclude", true, false, "Exclude what matches WILDCARD (repeatable)", values);
   addPatternOption(app, "--include-regex", false, true, "Include what matches the ECMAScript REGEX", values);
   addPatternOption(app, "--exclude-regex", true, true, "Exclude what matches the ECMAScript REGEX", values);
   app.add_flag("--full-match", values.bFullMatch, "A pattern must match a whole name, not a part of it")
       ->group(c_sGroup);
-  app.add_flag("--keep-disabled", values.bKeepDisabled, "Keep the cases that #ExtraInfo.xml disables")
-      ->group(c_sGroup);
-  app.add_flag("--query", values.bQuery, "List the classes and cases that would run, and run nothing")
-      ->group(c_sGroup);
+  app.add_flag("--keep-disabled", values.bKeepDisabled, "Keep the cases that #ExtraInfo.xml disables")->group(c_sGroup);
+  app.add_flag("--query", values.bQuery, "List the classes and cases that would run, and run nothing")->group(c_sGroup);
   app.add_flag("--list-disabled", values.bListDisabled, "List the disabled cases and whom to ask, and run nothing")
       ->group(c_sGroup);
 }

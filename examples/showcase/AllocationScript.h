@@ -21,7 +21,7 @@ namespace Showcase {
 
 struct SScriptOutcome {
   bool bOk = false;
-  std::string sError;           // the first problem, with its line; empty when bOk
+  std::string sError;               // the first problem, with its line; empty when bOk
   std::uint64_t uiAllocations = 0;  // malloc and realloc calls
   std::uint64_t uiPeakBytes = 0;    // most bytes held by the script's blocks at once
   std::uint64_t uiKeptBytes = 0;    // bytes let go of by "keep"

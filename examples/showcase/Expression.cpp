@@ -67,8 +67,7 @@ class CParser {
   double number() {
     double value = 0.0;
     const char* begin = m_text.data() + m_at;
-    const bool digitFirst =
-        m_at < m_text.size() && (std::isdigit(static_cast<unsigned char>(*begin)) || *begin == '.');
+    const bool digitFirst = m_at < m_text.size() && (std::isdigit(static_cast<unsigned char>(*begin)) || *begin == '.');
     const auto [end, error] = std::from_chars(begin, m_text.data() + m_text.size(), value);
     if (!digitFirst || error != std::errc()) {
       fail(m_at < m_text.size() ? "unexpected " + Quoted(m_text.substr(m_at, 1)) : "unexpected end");

@@ -48,8 +48,7 @@ class ExpressionTest : public ZoUnitTestFileBased {
       return false;
     }
     if (!value || std::fabs(result.dValue - *value) > 1e-9 * std::fmax(1.0, std::fabs(*value))) {
-      Error(L"line %u: %s gave %S, expected %S", lineNumber, shown, Showcase::FormatNumber(result.dValue),
-            expected);
+      Error(L"line %u: %s gave %S, expected %S", lineNumber, shown, Showcase::FormatNumber(result.dValue), expected);
       return false;
     }
     return true;

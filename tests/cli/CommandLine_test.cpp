@@ -15,10 +15,33 @@ SCommandLine parse(std::vector<const char*> words) {
 }  // namespace
 
 TEST(CommandLine, OptionWordsFillTheirFields) {
-  const SCommandLine c = parse({"-d", "data", "-v", "-r", "3", "-c", "5", "--track-heap", "--dump-leaks",
-                                "--no-leak-warnings", "--no-assert-dialog", "--record-start-time", "--no-times",
-                                "--observe-id", "7", "--observe-size", "64", "--debug-option", "2", "--dll", "A",
-                                "--dll", "B", "--log-file", "run.log", "--run-tag", "nightly"});
+  const SCommandLine c = parse({"-d",
+                                "data",
+                                "-v",
+                                "-r",
+                                "3",
+                                "-c",
+                                "5",
+                                "--track-heap",
+                                "--dump-leaks",
+                                "--no-leak-warnings",
+                                "--no-assert-dialog",
+                                "--record-start-time",
+                                "--no-times",
+                                "--observe-id",
+                                "7",
+                                "--observe-size",
+                                "64",
+                                "--debug-option",
+                                "2",
+                                "--dll",
+                                "A",
+                                "--dll",
+                                "B",
+                                "--log-file",
+                                "run.log",
+                                "--run-tag",
+                                "nightly"});
   const SSetup& s = c.setup;
   EXPECT_EQ(c.eMode, EMode::Run);
   EXPECT_EQ(s.sDataDir, CString(L"data"));

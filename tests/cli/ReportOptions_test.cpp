@@ -1,8 +1,9 @@
 // The report options of the front end, parsed into the setup.
+#include "ReportOptions.h"
+
 #include <gtest/gtest.h>
 
 #include "CommandLine.h"
-#include "ReportOptions.h"
 
 using namespace TestSuite;
 using namespace TestSuite::CLI;

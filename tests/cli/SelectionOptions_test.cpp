@@ -24,9 +24,7 @@ SCommandLine parse(std::vector<const char*> words) {
 std::string usageError(std::vector<const char*> words) {
   try {
     parse(std::move(words));
-  } catch (const CUsageError& error) {
-    return error.what();
-  }
+  } catch (const CUsageError& error) { return error.what(); }
   return std::string();
 }
 
@@ -44,8 +42,8 @@ TEST(SelectionOptions, DefaultsLeaveTheCollectionAsItIs) {
 }
 
 TEST(SelectionOptions, PatternsKeepTheirCommandLineOrderAcrossAllFourOptions) {
-  const SCommandLine c = parse({"--exclude", "b*", "--include-regex", "^a", "--include", "c?", "--exclude-regex",
-                                "d$", "--include", "Größe"});
+  const SCommandLine c = parse(
+      {"--exclude", "b*", "--include-regex", "^a", "--include", "c?", "--exclude-regex", "d$", "--include", "Größe"});
   const XbArray<SPatternFilter>& filters = c.setup.collectOptions.filters;
   ASSERT_EQ(filters.GetCount(), 5u);
   const wchar_t* patterns[] = {L"b*", L"^a", L"c?", L"d$", L"Größe"};

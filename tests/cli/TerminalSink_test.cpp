@@ -51,7 +51,7 @@ TEST_F(TerminalSinkTest, StatusLineStandsOnlyAtTheStartOfALineAndIsErasedBeforeO
   const std::string text(buffer, length);
   EXPECT_EQ(text.find("\tcase... "), 0u);
   EXPECT_EQ(text.find("\tcase... \x1b[7m"), std::string::npos);
-  EXPECT_NE(text.find("OK\n\x1b[7m[1/2] Fehler: 0"), std::string::npos);  // drawn after the line end
+  EXPECT_NE(text.find("OK\n\x1b[7m[1/2] Fehler: 0"), std::string::npos);      // drawn after the line end
   EXPECT_NE(text.find("\r\x1b[K\x1b[7m[2/2] Fehler: 1"), std::string::npos);  // and redrawn
-  EXPECT_EQ(text.substr(text.size() - 4), "\r\x1b[K");                     // and erased at the end
+  EXPECT_EQ(text.substr(text.size() - 4), "\r\x1b[K");                        // and erased at the end
 }

@@ -1,10 +1,9 @@
-#include "ZoTestSuiteEnvironment.h"
-
 #include <gtest/gtest.h>
 
 #include <fstream>
 
 #include "TempDirectory.h"
+#include "ZoTestSuiteEnvironment.h"
 #include "core/WiringContainer.h"
 #include "foundation/WrCProduct.h"
 #include "foundation/XbRTTI.h"

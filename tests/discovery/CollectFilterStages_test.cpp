@@ -3,12 +3,11 @@
 // selection file leaves.
 #include <gtest/gtest.h>
 
-#include "DiscoveryNames.h"
-
 #include <initializer_list>
 #include <string>
 #include <vector>
 
+#include "DiscoveryNames.h"
 #include "ZoTestSuiteTree.h"
 #include "select_DataTree.h"
 #include "services/Utils.h"
@@ -18,7 +17,6 @@ using TestSuite::SCollectOptions;
 using TestSuite::SUnitTest;
 
 namespace {
-
 
 // Alpha (a1 a2 a3) in "geo/", Beta (b1 b2) and Zulu (z1) below the root.
 class CollectFilterTest : public ::testing::Test {
@@ -127,8 +125,9 @@ TEST_F(CollectFilterTest, FiltersSeeDirectoriesClassesCasesAndClassWithCase) {
 TEST_F(CollectFilterTest, FiltersSeeTheFirstContactsNameAndEmail) {
   m_tree.ExtraInfo(L"Beta",
                    "<ExtraInfo><Contact><Name>Bea Berg</Name><Email>bea@example.org</Email></Contact></ExtraInfo>");
-  m_tree.ExtraInfo(L"Zulu", "<ExtraInfo><Contact><Name>Zoe</Name></Contact>"
-                            "<Contact><Name>Bea Berg</Name></Contact></ExtraInfo>");
+  m_tree.ExtraInfo(L"Zulu",
+                   "<ExtraInfo><Contact><Name>Zoe</Name></Contact>"
+                   "<Contact><Name>Bea Berg</Name></Contact></ExtraInfo>");
   SCollectOptions options;
   options.filters.Add(Wildcard(L"Bea*", 0));
   options.bFullMatch = true;

@@ -2,18 +2,16 @@
 // of the library discovery_TestClasses: DiscoveryListedCases and its further
 // names (Alpha, alpha, Beta, Zulu, "Größe Prüfung" ...) list one subtest per
 // line of "cases.txt" in their data directory.
-#include "ZoTestSuiteTree.h"
-
 #include <gtest/gtest.h>
-
-#include "DiscoveryNames.h"
 
 #include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "DiscoveryNames.h"
 #include "TempDirectory.h"
+#include "ZoTestSuiteTree.h"
 #include "discovery_Warnings.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/platform/Library.h"
@@ -148,8 +146,9 @@ TEST_F(CollectUnitTestsTest, AllDisabledClassIsDroppedOnlyWhenAskedTo) {
   Class(L"Alpha", {"a1", "a2"});
   ExtraInfo(L"Alpha", "<ExtraInfo><TestCase name=\"*\"><Enable>false</Enable></TestCase></ExtraInfo>");
   Class(L"Beta", {"b1", "b2", "b3"});
-  ExtraInfo(L"Beta", "<ExtraInfo><TestCase name=\"b2\"><Enable>false</Enable></TestCase>"
-                     "<TestCase name=\"b3\"><Enable>true</Enable></TestCase></ExtraInfo>");
+  ExtraInfo(L"Beta",
+            "<ExtraInfo><TestCase name=\"b2\"><Enable>false</Enable></TestCase>"
+            "<TestCase name=\"b3\"><Enable>true</Enable></TestCase></ExtraInfo>");
 
   const XbArray<SUnitTest> dropped = Collect();
   ASSERT_EQ(ClassNames(dropped), (Names{L"Beta"}));
@@ -172,11 +171,13 @@ TEST_F(CollectUnitTestsTest, ClassWithoutSubtestsIsNotListedButItsExtraInfoIsRea
 }
 
 TEST_F(CollectUnitTestsTest, ExtraInfoIsAppliedToItsOwnClassOnly) {
-  m_tree.WriteFile(L"#ExtraInfo.xml", "<ExtraInfo><Wurzel/><TestCase name=\"*\"><Enable>false</Enable></TestCase></ExtraInfo>");
+  m_tree.WriteFile(L"#ExtraInfo.xml",
+                   "<ExtraInfo><Wurzel/><TestCase name=\"*\"><Enable>false</Enable></TestCase></ExtraInfo>");
   Class(L"Alpha", {"a1"});
   Class(L"Beta", {"b1"});
-  ExtraInfo(L"Beta", "<ExtraInfo><Contact role=\"Pflege\"><Name>Bea</Name></Contact>"
-                     "<TestCase name=\"b1\"><TimeOutSec>4</TimeOutSec></TestCase></ExtraInfo>");
+  ExtraInfo(L"Beta",
+            "<ExtraInfo><Contact role=\"Pflege\"><Name>Bea</Name></Contact>"
+            "<TestCase name=\"b1\"><TimeOutSec>4</TimeOutSec></TestCase></ExtraInfo>");
   const XbArray<SUnitTest> result = Collect();
   ASSERT_EQ(ClassNames(result), (Names{L"Alpha", L"Beta"}));
   EXPECT_TRUE(result[0].Contacts.IsEmpty());
@@ -232,8 +233,8 @@ TEST_F(CollectUnitTestsTest, ResultIsSortedByUtf16CodeUnits) {
   Class(L"\U0001F600 Smiley", {"1"});
   // Upper case before lower case; a character beyond U+FFFF is a surrogate
   // pair in UTF-16 and so comes before U+FB00.
-  EXPECT_EQ(ClassNames(Collect()), (Names{L"Alpha", L"Beta", L"Größe Prüfung", L"Zulu", L"alpha",
-                                         L"\U0001F600 Smiley", L"\uFB00 Ligatur"}));
+  EXPECT_EQ(ClassNames(Collect()),
+            (Names{L"Alpha", L"Beta", L"Größe Prüfung", L"Zulu", L"alpha", L"\U0001F600 Smiley", L"\uFB00 Ligatur"}));
 }
 
 TEST_F(CollectUnitTestsTest, TwoClassesOfOneNameAreBothKept) {

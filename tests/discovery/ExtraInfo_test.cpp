@@ -129,7 +129,8 @@ TEST_F(ExtraInfoTest, FileOfSizeZeroIsASyntaxError) {
 
 TEST_F(ExtraInfoTest, OtherRootIsASyntaxError) {
   SUnitTest unitTest = Record({L"c1"});
-  Read(unitTest, "<Config><Contact><Name>X</Name></Contact><TestCase name=\"*\"><Enable>false</Enable></TestCase></Config>");
+  Read(unitTest,
+       "<Config><Contact><Name>X</Name></Contact><TestCase name=\"*\"><Enable>false</Enable></TestCase></Config>");
   EXPECT_TRUE(unitTest.Contacts.IsEmpty());
   EXPECT_TRUE(unitTest.Cases[0].Params.IsEmpty());
   EXPECT_EQ(Printed(), (Warnings{(L"Warnung: XML-Syntax Fehler in Datei " + FilePath() + L".\n").Str()}));

@@ -2,12 +2,11 @@
 // level of the tree decides for a case, and what the purge keeps.
 #include <gtest/gtest.h>
 
-#include "DiscoveryNames.h"
-
 #include <initializer_list>
 #include <string>
 #include <vector>
 
+#include "DiscoveryNames.h"
 #include "ZoTestSuiteTree.h"
 #include "services/Utils.h"
 
@@ -141,8 +140,14 @@ TEST_F(FilterTableTest, OnlyTheFirstContactIsAsked) {
 TEST_F(FilterTableTest, NodeFilterIsAskedForEveryNodeAndClassFilterForClassesOnly) {
   std::vector<std::wstring> nodes, classes;
   SFilterFunctions functions;
-  functions.nodeFilter = [&nodes](const CString& name) { nodes.push_back(name.Str()); return FilterNeutral; };
-  functions.classFilter = [&classes](const CString& name) { classes.push_back(name.Str()); return FilterNeutral; };
+  functions.nodeFilter = [&nodes](const CString& name) {
+    nodes.push_back(name.Str());
+    return FilterNeutral;
+  };
+  functions.classFilter = [&classes](const CString& name) {
+    classes.push_back(name.Str());
+    return FilterNeutral;
+  };
   Table(functions);
   EXPECT_EQ(nodes, (std::vector<std::wstring>{L"Data", L"Geo", L"Mesh", L"Torus", L"Raster"}));
   EXPECT_EQ(classes, (std::vector<std::wstring>{L"Mesh", L"Torus", L"Raster"}));

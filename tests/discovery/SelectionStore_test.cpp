@@ -91,7 +91,9 @@ TEST_F(SelectionStoreTest, WriteEscapesCaseNamesButNotClassNames) {
   data.unitTests.Add(Class(L"Größe & <Prüfung>", CSelectionStore::None, {{L"Fall \"1\" & <Übergröße> 'ß'", true}}));
   EXPECT_EQ(Written(data), std::string(c_sHead) +
                                "\t<Selection default=\"none\">\n"
-                               "\t\t<UnitTest name=\"Gr\xF6\xDF" "e & <Pr\xFC" "fung>\" default=\"none\">\n"
+                               "\t\t<UnitTest name=\"Gr\xF6\xDF"
+                               "e & <Pr\xFC"
+                               "fung>\" default=\"none\">\n"
                                "\t\t\t<TestCase name=\"Fall &quot;1&quot; &amp; &lt;&#220;bergr&#246;&#223;e&gt; "
                                "&apos;&#223;&apos;\" select=\"true\"/>\n"
                                "\t\t</UnitTest>\n"
@@ -114,8 +116,8 @@ TEST_F(SelectionStoreTest, WriteThenReadReproducesTheData) {
   data.eDefault = CSelectionStore::All;
   data.unitTests.Add(Class(L"Zulu", CSelectionStore::All, {{L"z2", false}, {L"z1", true}, {L"z3", false}}));
   data.unitTests.Add(Class(L"Alpha", CSelectionStore::None, {}));
-  data.unitTests.Add(Class(L"Größe Prüfung", CSelectionStore::None,
-                           {{L"Fall mit Leerzeichen", true}, {L"<&\"'> Übergröße", true}}));
+  data.unitTests.Add(
+      Class(L"Größe Prüfung", CSelectionStore::None, {{L"Fall mit Leerzeichen", true}, {L"<&\"'> Übergröße", true}}));
   data.unitTests.Add(Class(L"Alpha", CSelectionStore::All, {{L"a", true}}));
   const CString path = m_dir.Path() + L"roundtrip.xml";
   CSelectionStore::Write(data, path);
@@ -143,17 +145,19 @@ TEST_F(SelectionStoreTest, WriteToADirectoryThatDoesNotExistFailsQuietly) {
 }
 
 TEST_F(SelectionStoreTest, DefaultInCapitalsGivesNone) {
-  const auto data = ReadText("<Config><Selection default=\"ALL\"><UnitTest name=\"A\" default=\"All\"/>"
-                             "</Selection></Config>");
+  const auto data = ReadText(
+      "<Config><Selection default=\"ALL\"><UnitTest name=\"A\" default=\"All\"/>"
+      "</Selection></Config>");
   ASSERT_TRUE(data);
   EXPECT_EQ(data->eDefault, CSelectionStore::None);
   EXPECT_EQ(data->unitTests[0].eDefault, CSelectionStore::None);
 }
 
 TEST_F(SelectionStoreTest, SelectTrueWithACapitalGivesFalse) {
-  const auto data = ReadText("<Config><Selection default=\"none\"><UnitTest name=\"A\" default=\"none\">"
-                             "<TestCase name=\"a\" select=\"True\"/><TestCase name=\"b\" select=\"true\"/>"
-                             "</UnitTest></Selection></Config>");
+  const auto data = ReadText(
+      "<Config><Selection default=\"none\"><UnitTest name=\"A\" default=\"none\">"
+      "<TestCase name=\"a\" select=\"True\"/><TestCase name=\"b\" select=\"true\"/>"
+      "</UnitTest></Selection></Config>");
   ASSERT_TRUE(data);
   ASSERT_EQ(data->unitTests[0].cases.GetCount(), 2u);
   EXPECT_FALSE(data->unitTests[0].cases[0].bSelect);
@@ -161,8 +165,9 @@ TEST_F(SelectionStoreTest, SelectTrueWithACapitalGivesFalse) {
 }
 
 TEST_F(SelectionStoreTest, AttributeNamesAreFoundWithoutRegardToCase) {
-  const auto data = ReadText("<Config><Selection DEFAULT=\"all\"><UnitTest NAME=\"A\" Default=\"all\">"
-                             "<TestCase Name=\"a\" SELECT=\"true\"/></UnitTest></Selection></Config>");
+  const auto data = ReadText(
+      "<Config><Selection DEFAULT=\"all\"><UnitTest NAME=\"A\" Default=\"all\">"
+      "<TestCase Name=\"a\" SELECT=\"true\"/></UnitTest></Selection></Config>");
   ASSERT_TRUE(data);
   EXPECT_EQ(data->eDefault, CSelectionStore::All);
   EXPECT_EQ(data->unitTests[0].sName, L"A");
@@ -171,23 +176,28 @@ TEST_F(SelectionStoreTest, AttributeNamesAreFoundWithoutRegardToCase) {
 }
 
 TEST_F(SelectionStoreTest, OtherElementBelowSelectionOrUnitTestRejectsTheFile) {
-  EXPECT_FALSE(ReadText("<Config><Selection default=\"all\"><UnitTest name=\"A\" default=\"all\"/>"
-                        "<Klasse name=\"B\" default=\"all\"/></Selection></Config>"));
-  EXPECT_FALSE(ReadText("<Config><Selection default=\"all\"><UnitTest name=\"A\" default=\"all\">"
-                        "<TestCase name=\"a\" select=\"true\"/><Case name=\"b\" select=\"true\"/>"
-                        "</UnitTest></Selection></Config>"));
+  EXPECT_FALSE(
+      ReadText("<Config><Selection default=\"all\"><UnitTest name=\"A\" default=\"all\"/>"
+               "<Klasse name=\"B\" default=\"all\"/></Selection></Config>"));
+  EXPECT_FALSE(
+      ReadText("<Config><Selection default=\"all\"><UnitTest name=\"A\" default=\"all\">"
+               "<TestCase name=\"a\" select=\"true\"/><Case name=\"b\" select=\"true\"/>"
+               "</UnitTest></Selection></Config>"));
 }
 
 TEST_F(SelectionStoreTest, ElementNamesInCapitalsRejectTheFile) {
-  EXPECT_FALSE(ReadText("<CONFIG><SELECTION DEFAULT=\"all\"><UNITTEST NAME=\"A\" DEFAULT=\"all\"/>"
-                        "</SELECTION></CONFIG>"));
-  EXPECT_FALSE(ReadText("<Config><Selection default=\"all\"><UnitTest name=\"A\" default=\"all\">"
-                        "<testcase name=\"a\" select=\"true\"/></UnitTest></Selection></Config>"));
+  EXPECT_FALSE(
+      ReadText("<CONFIG><SELECTION DEFAULT=\"all\"><UNITTEST NAME=\"A\" DEFAULT=\"all\"/>"
+               "</SELECTION></CONFIG>"));
+  EXPECT_FALSE(
+      ReadText("<Config><Selection default=\"all\"><UnitTest name=\"A\" default=\"all\">"
+               "<testcase name=\"a\" select=\"true\"/></UnitTest></Selection></Config>"));
 }
 
 TEST_F(SelectionStoreTest, CommentsAreNoChildren) {
-  const auto data = ReadText("<Config><Selection default=\"all\"><!-- von Hand -->"
-                             "<UnitTest name=\"A\" default=\"all\"><!-- Fall --></UnitTest></Selection></Config>");
+  const auto data = ReadText(
+      "<Config><Selection default=\"all\"><!-- von Hand -->"
+      "<UnitTest name=\"A\" default=\"all\"><!-- Fall --></UnitTest></Selection></Config>");
   ASSERT_TRUE(data);
   EXPECT_EQ(data->unitTests.GetCount(), 1u);
   EXPECT_TRUE(data->unitTests[0].cases.IsEmpty());
@@ -223,22 +233,26 @@ TEST_F(SelectionStoreTest, MissingSelectionOrDefaultOrSelectGivesNull) {
   EXPECT_FALSE(ReadText("<Config version=\"1.0\"></Config>"));
   EXPECT_FALSE(ReadText("<Config><Selection></Selection></Config>"));
   EXPECT_FALSE(ReadText("<Config><Selection default=\"all\"><UnitTest name=\"A\"/></Selection></Config>"));
-  EXPECT_FALSE(ReadText("<Config><Selection default=\"all\"><UnitTest name=\"A\" default=\"all\">"
-                        "<TestCase name=\"a\"/></UnitTest></Selection></Config>"));
+  EXPECT_FALSE(
+      ReadText("<Config><Selection default=\"all\"><UnitTest name=\"A\" default=\"all\">"
+               "<TestCase name=\"a\"/></UnitTest></Selection></Config>"));
 }
 
 TEST_F(SelectionStoreTest, MissingNameGivesEmptyText) {
-  const auto data = ReadText("<Config><Selection default=\"all\"><UnitTest default=\"all\">"
-                             "<TestCase select=\"true\"/></UnitTest></Selection></Config>");
+  const auto data = ReadText(
+      "<Config><Selection default=\"all\"><UnitTest default=\"all\">"
+      "<TestCase select=\"true\"/></UnitTest></Selection></Config>");
   ASSERT_TRUE(data);
   EXPECT_EQ(data->unitTests[0].sName, L"");
   EXPECT_EQ(data->unitTests[0].cases[0].sName, L"");
 }
 
 TEST_F(SelectionStoreTest, ReadsUtf8WrittenByHand) {
-  const auto data = ReadText("<Config><Selection default=\"none\"><UnitTest name=\"Gr\xC3\xB6\xC3\x9F" "e\" "
-                             "default=\"none\"><TestCase name=\"&#220;ber &amp; &lt;\" select=\"true\"/>"
-                             "</UnitTest></Selection></Config>");
+  const auto data = ReadText(
+      "<Config><Selection default=\"none\"><UnitTest name=\"Gr\xC3\xB6\xC3\x9F"
+      "e\" "
+      "default=\"none\"><TestCase name=\"&#220;ber &amp; &lt;\" select=\"true\"/>"
+      "</UnitTest></Selection></Config>");
   ASSERT_TRUE(data);
   EXPECT_EQ(data->unitTests[0].sName, L"Größe");
   EXPECT_EQ(data->unitTests[0].cases[0].sName, L"Über & <");

@@ -55,8 +55,7 @@ void ExpectConsistent(const CTree& tree, const XbArray<SUnitTest>& unitTests) {
       EXPECT_EQ(node.uiUnitTest, CTree::sc_uiInvalid);
       EXPECT_EQ(node.uiFirstCase, CTree::sc_uiInvalid);
       unsigned int uiBelow = 0;
-      for (unsigned int c = 0; c < node.uiChildCount; ++c)
-        uiBelow += tree.GetNode(node.uiFirstChild + c).uiCaseCount;
+      for (unsigned int c = 0; c < node.uiChildCount; ++c) uiBelow += tree.GetNode(node.uiFirstChild + c).uiCaseCount;
       EXPECT_EQ(node.uiCaseCount, uiBelow);
       // Siblings are sorted as the paths are, with the separator behind each name.
       for (unsigned int c = 1; c < node.uiChildCount; ++c)
@@ -141,15 +140,12 @@ TEST(TestTreeTest, NestedDirectoryBesideAClass) {
 }
 
 TEST(TestTreeTest, ClassesWithoutCommonPrefixMakeTheRootCheckThrow) {
-  const XbArray<SUnitTest> unitTests{MakeClass(L"A", L"C:/Data/A/", {L"a"}),
-                                     MakeClass(L"B", L"D:/Data/B/", {L"b"})};
+  const XbArray<SUnitTest> unitTests{MakeClass(L"A", L"C:/Data/A/", {L"a"}), MakeClass(L"B", L"D:/Data/B/", {L"b"})};
   CTree tree;
   try {
     tree.Build(unitTests);
     FAIL() << "no exception";
-  } catch (const XbException& error) {
-    EXPECT_STREQ(error.what(), "TestSuite::CTree::Build");
-  }
+  } catch (const XbException& error) { EXPECT_STREQ(error.what(), "TestSuite::CTree::Build"); }
 }
 
 TEST(TestTreeTest, SharingOnlyTheFileSystemRootGivesTheRootNameDash) {
@@ -169,8 +165,7 @@ TEST(TestTreeTest, EmptyListAndClassesWithoutCasesGiveAnEmptyTree) {
 }
 
 TEST(TestTreeTest, CasesComeOutSortedByNameAndStillLeadToTheirEntry) {
-  const XbArray<SUnitTest> unitTests{
-      MakeClass(L"A", L"/D/A/", {L"zeta", L"Beta", L"alpha", L"\U0001F600", L"\uFB00"})};
+  const XbArray<SUnitTest> unitTests{MakeClass(L"A", L"/D/A/", {L"zeta", L"Beta", L"alpha", L"\U0001F600", L"\uFB00"})};
   const CTree tree = Build(unitTests);
   // By UTF-16 code units: capitals first, a surrogate pair before U+FB00.
   EXPECT_EQ(CaseNames(tree), (std::vector<std::wstring>{L"Beta", L"alpha", L"zeta", L"\U0001F600", L"\uFB00"}));
@@ -207,9 +202,7 @@ TEST(TestTreeTest, ClassNestedInAnotherClassMakesTheCaseCountCheckThrow) {
   try {
     tree.Build(unitTests);
     FAIL() << "no exception";
-  } catch (const XbException& error) {
-    EXPECT_STREQ(error.what(), "TestSuite::CTree::Build");
-  }
+  } catch (const XbException& error) { EXPECT_STREQ(error.what(), "TestSuite::CTree::Build"); }
 }
 
 TEST(TestTreeTest, TwoClassesOfOneDirectoryMergeIntoOneNode) {

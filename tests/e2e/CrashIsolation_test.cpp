@@ -32,11 +32,19 @@ const char* const sc_szCancelled = "WARNUNG (Ausführung des Testfalls vom Benut
 // What each case of the data tree must give.
 const std::map<std::string, std::string>& expectedResults() {
   static const std::map<std::string, std::string> results = {
-      {"nullDereference", sc_szUnknown}, {"abort", sc_szUnknown},        {"exit0", sc_szUnknown},
-      {"stackOverflow", sc_szUnknown},   {"endlessLoop", sc_szTimeOut},  {"blockForever", sc_szTimeOut},
+      {"nullDereference", sc_szUnknown},
+      {"abort", sc_szUnknown},
+      {"exit0", sc_szUnknown},
+      {"stackOverflow", sc_szUnknown},
+      {"endlessLoop", sc_szTimeOut},
+      {"blockForever", sc_szTimeOut},
       {"leak", "WARNUNG (Ein Speicheranstieg von 100 Bytes wurde entdeckt)"},
-      {"limit", "OK"},                   {"beyondLimit", "OK"},          {"a", "OK"},
-      {"b", "OK"},                       {"c", "OK"},                    {"assertDialog", "OK"}};
+      {"limit", "OK"},
+      {"beyondLimit", "OK"},
+      {"a", "OK"},
+      {"b", "OK"},
+      {"c", "OK"},
+      {"assertDialog", "OK"}};
   return results;
 }
 
@@ -120,8 +128,8 @@ class CrashIsolation : public ::testing::Test {
   static void runAll(std::vector<SModeRun>& runs) {
     std::vector<std::unique_ptr<CCliProcess>> processes;
     for (SModeRun& run : runs) {
-      std::vector<std::string> arguments = {"-d", s_data->Path(), "-t", "2", "-v", "--no-times", "--no-color",
-                                            "--track-heap"};
+      std::vector<std::string> arguments = {"-d", s_data->Path(), "-t",         "2",
+                                            "-v", "--no-times",   "--no-color", "--track-heap"};
       arguments.insert(arguments.end(), run.options.begin(), run.options.end());
       processes.push_back(std::make_unique<CCliProcess>(s_frontEnd->Program(), arguments));
       run.uiPid = processes.back()->GetId();
@@ -230,8 +238,8 @@ TEST(CrashIsolationInterrupt, CtrlCStopsTheRunKillsTheChildAndPrintsTheSummary) 
   EXPECT_EQ(rows[0].sName, "sleep");
   EXPECT_EQ(rows[0].sResult, sc_szCancelled);
   EXPECT_EQ(rows[0].iProcess, 0);
-  EXPECT_NE(result.sStdout.find(std::string(sc_szCancelled) + " [P0]\n\tAusführung abgebrochen.\n"),
-            std::string::npos) << result.sStdout;
+  EXPECT_NE(result.sStdout.find(std::string(sc_szCancelled) + " [P0]\n\tAusführung abgebrochen.\n"), std::string::npos)
+      << result.sStdout;
   EXPECT_NE(result.sStdout.find("Zusammenfassung\n\tAusgeführt:\t0 Tests, 0 Klassen\n"), std::string::npos)
       << result.sStdout;
   EXPECT_TRUE(ProcessesRunningFrom(frontEnd.Directory()).empty());

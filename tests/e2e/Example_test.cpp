@@ -22,8 +22,7 @@ const char* const c_sLeakLine =
 // at the end.
 class CExampleTree {
  public:
-  CExampleTree()
-      : m_root(fs::temp_directory_path() / ("zo-example-" + ZoUniqueIdT<CString>::GetUniqueID().ToUtf8())) {
+  CExampleTree() : m_root(fs::temp_directory_path() / ("zo-example-" + ZoUniqueIdT<CString>::GetUniqueID().ToUtf8())) {
     fs::copy(fs::path(ZO_SOURCE_DIR) / "examples/showcase/data", m_root, fs::copy_options::recursive);
   }
   ~CExampleTree() {
@@ -38,7 +37,9 @@ class CExampleTree {
 
   // Data files that are cases: all files of the class directories but the
   // configuration and the references.
-  unsigned int CountInputs() const { return countFiles([](const fs::path& p) { return !isReference(p); }); }
+  unsigned int CountInputs() const {
+    return countFiles([](const fs::path& p) { return !isReference(p); });
+  }
   // Inputs whose class keeps references beside them (".ref", ".rle").
   unsigned int CountRenewable() const {
     return countFiles([](const fs::path& p) {

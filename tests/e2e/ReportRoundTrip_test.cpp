@@ -57,10 +57,9 @@ class ReportRoundTrip : public ::testing::Test {
     makeTree(*s_root);
     s_out = s_root->Path().ToUtf8() + "out/";
     CPrivateFrontEnd frontEnd({"cli_ScriptedClasses", "isolation_CrashClasses"});
-    CliTest::CCliProcess process(frontEnd.Program(),
-                                 {"-d", s_root->Path().ToUtf8() + "data", "-x", "--track-heap", "-v", "--no-color",
-                                  "--run-tag", "round trip", "--xml", s_out + "run.xml", "--junit",
-                                  s_out + "junit.xml"});
+    CliTest::CCliProcess process(
+        frontEnd.Program(), {"-d", s_root->Path().ToUtf8() + "data", "-x", "--track-heap", "-v", "--no-color",
+                             "--run-tag", "round trip", "--xml", s_out + "run.xml", "--junit", s_out + "junit.xml"});
     s_bInterrupted = process.WaitForOutput("sleep... ", 120) && process.Interrupt();
     s_result = new CliTest::SCliResult(process.Finish(60));
   }

@@ -38,9 +38,17 @@ struct SReports {
 SReports runWithReports(const TempDirectory& root, std::vector<std::string> extra = {}) {
   SReports reports;
   reports.sOut = root.Path().ToUtf8() + "out/";
-  std::vector<std::string> arguments = {"-d", root.Path().ToUtf8() + "data", "--dll", "cli_ScriptedClasses",
-                                        "--track-heap", "--xml", reports.sOut + "run.xml", "--html",
-                                        reports.sOut + "run.html", "--junit", reports.sOut + "junit.xml"};
+  std::vector<std::string> arguments = {"-d",
+                                        root.Path().ToUtf8() + "data",
+                                        "--dll",
+                                        "cli_ScriptedClasses",
+                                        "--track-heap",
+                                        "--xml",
+                                        reports.sOut + "run.xml",
+                                        "--html",
+                                        reports.sOut + "run.html",
+                                        "--junit",
+                                        reports.sOut + "junit.xml"};
   arguments.insert(arguments.end(), extra.begin(), extra.end());
   reports.run = CliTest::RunCli(arguments);
   reports.bLoaded = Report::LoadReportDataFromXMLFile(CString::FromUtf8(reports.sOut + "run.xml"), reports.data);
@@ -145,9 +153,9 @@ TEST(Reports, DefaultLocationIsBelowTheDocumentsDirectory) {
   makeTree(root);
   root.MakeDirectory(L"documents");
   const std::string documents = root.Path().ToUtf8() + "documents";
-  const auto result = CliTest::RunCli({"-d", root.Path().ToUtf8() + "data/CliSecond", "--dll", "cli_ScriptedClasses",
-                                       "--xml", "--html"},
-                                      "", 120, {"XDG_DOCUMENTS_DIR=" + documents});
+  const auto result = CliTest::RunCli(
+      {"-d", root.Path().ToUtf8() + "data/CliSecond", "--dll", "cli_ScriptedClasses", "--xml", "--html"}, "", 120,
+      {"XDG_DOCUMENTS_DIR=" + documents});
   ASSERT_FALSE(result.bTimedOut);
   int xml = 0, html = 0;
   for (const auto& entry : std::filesystem::directory_iterator(documents + "/ZoTestSuite/Reports")) {

@@ -2,10 +2,10 @@
 // directory with the scripted test classes.
 #include <gtest/gtest.h>
 
+#include <regex>
+
 #include "CliRunner.h"
 #include "TempDirectory.h"
-
-#include <regex>
 
 using CliTest::ExpectGolden;
 using CliTest::Normalize;
@@ -20,9 +20,9 @@ void makeTree(const TempDirectory& root) {
   root.MakeDirectory(L"data");
   root.MakeDirectory(L"data/CliScripted");
   const std::pair<const wchar_t*, const char*> cases[] = {
-      {L"a_pass.case", "pass"},         {L"b_fail.case", "fail"},          {L"c_throw.case", "throw"},
+      {L"a_pass.case", "pass"},           {L"b_fail.case", "fail"},           {L"c_throw.case", "throw"},
       {L"d_dataerror.case", "dataerror"}, {L"e_different.case", "different"}, {L"f_result9.case", "result 9"},
-      {L"g_leak.case", "leak 100"},     {L"h_info.case", "info Grüße"}};
+      {L"g_leak.case", "leak 100"},       {L"h_info.case", "info Grüße"}};
   for (const auto& [name, script] : cases) root.WriteFile(CString(L"data/CliScripted/") + name, script);
   root.MakeDirectory(L"data/group");
   root.MakeDirectory(L"data/group/CliSecond");
@@ -103,10 +103,10 @@ TEST(RunSpine, UsageErrorsExitTwoAndNameTheOption) {
 TEST(RunSpine, HelpListsEveryOptionAndVersionNamesTheRevision) {
   const auto help = RunCli({"--help"});
   EXPECT_EQ(help.iExitCode, 0);
-  for (const char* option : {"--data-dir", "--repeat", "--case-limit", "--thread-info", "--track-heap", "--dump-leaks",
-                             "--no-leak-warnings", "--observe-id", "--observe-size", "--debug-option",
-                             "--no-assert-dialog", "--record-start-time", "--no-times", "--dll", "--log-file",
-                             "--run-tag", "--recreate", "--version"})
+  for (const char* option :
+       {"--data-dir", "--repeat", "--case-limit", "--thread-info", "--track-heap", "--dump-leaks", "--no-leak-warnings",
+        "--observe-id", "--observe-size", "--debug-option", "--no-assert-dialog", "--record-start-time", "--no-times",
+        "--dll", "--log-file", "--run-tag", "--recreate", "--version"})
     EXPECT_NE(help.sStdout.find(option), std::string::npos) << option;
   const auto version = RunCli({"--version"});
   EXPECT_EQ(version.iExitCode, 0);

@@ -36,7 +36,10 @@ class SelectionCliTest : public ::testing::Test {
     m_root.WriteFile(L"data/geo/Alpha/#ExtraInfo.xml",
                      "<ExtraInfo><Contact role=\"Pflege\"><Name>Anna Berg</Name><Email>anna@example.org</Email>"
                      "</Contact><TestCase name=\"a2\"><Enable>false</Enable></TestCase></ExtraInfo>");
-    Class("geo/flach/Beta", "b 1\n\xC3\x9C" "bergr\xC3\xB6\xC3\x9F" "e\nx<&>\"'\n");
+    Class("geo/flach/Beta",
+          "b 1\n\xC3\x9C"
+          "bergr\xC3\xB6\xC3\x9F"
+          "e\nx<&>\"'\n");
     m_root.WriteFile(L"data/geo/flach/Beta/#ExtraInfo.xml",
                      "<ExtraInfo><TestCase name=\"b 1\"><Enable>false</Enable></TestCase></ExtraInfo>");
     Class("geo/flach/Größe Prüfung", "g1\n");
@@ -98,11 +101,26 @@ TEST_F(SelectionCliTest, QueryListsWhatWouldRun) {
   EXPECT_EQ(result.iExitCode, 0);
   EXPECT_EQ(result.sStderr, "");
   ExpectGolden("select_query.txt", Normalize(result.sStdout, {{Data(), "<DATA>"}}));
-  EXPECT_EQ(Listing({"--query"}),
-            (Lines{c_sWarnings[0], c_sWarnings[1], "<DATA>/geo/Alpha/", "    a1", "    a3", "",
-                   "<DATA>/geo/flach/Beta/", "    Übergröße", "    x<&>\"'", "",
-                   "<DATA>/geo/flach/Größe Prüfung/", "    g1", "", "<DATA>/Zulu/", "    z1", "    z2", "",
-                   "Datenverzeichnis: <DATA>", "Klassen: 4", "Fälle: 7"}));
+  EXPECT_EQ(Listing({"--query"}), (Lines{c_sWarnings[0],
+                                         c_sWarnings[1],
+                                         "<DATA>/geo/Alpha/",
+                                         "    a1",
+                                         "    a3",
+                                         "",
+                                         "<DATA>/geo/flach/Beta/",
+                                         "    Übergröße",
+                                         "    x<&>\"'",
+                                         "",
+                                         "<DATA>/geo/flach/Größe Prüfung/",
+                                         "    g1",
+                                         "",
+                                         "<DATA>/Zulu/",
+                                         "    z1",
+                                         "    z2",
+                                         "",
+                                         "Datenverzeichnis: <DATA>",
+                                         "Klassen: 4",
+                                         "Fälle: 7"}));
 }
 
 TEST_F(SelectionCliTest, ListDisabledNamesTheFirstContactOrUnbekannt) {
@@ -110,15 +128,15 @@ TEST_F(SelectionCliTest, ListDisabledNamesTheFirstContactOrUnbekannt) {
   EXPECT_EQ(result.iExitCode, 0);
   ExpectGolden("select_list_disabled.txt", Normalize(result.sStdout, {{Data(), "<DATA>"}}));
   EXPECT_EQ(Listing({"--list-disabled"}),
-            (Lines{c_sWarnings[0], c_sWarnings[1], "Alpha (Anna Berg):", "    (1/1) a2", "", "Beta (Unbekannt):",
-                   "    (1/1) b 1", "", "Durchsuchtes Datenverzeichnis: <DATA>",
+            (Lines{c_sWarnings[0], c_sWarnings[1], "Alpha (Anna Berg):", "    (1/1) a2", "",
+                   "Beta (Unbekannt):", "    (1/1) b 1", "", "Durchsuchtes Datenverzeichnis: <DATA>",
                    "Klassen mit deaktivierten Fällen: 2 von 4", "Deaktivierte Fälle: 2 von 9"}));
 }
 
 TEST_F(SelectionCliTest, ListDisabledFollowsTheFilters) {
   EXPECT_EQ(Listing({"--list-disabled", "--include", "geo"}),
-            (Lines{c_sWarnings[0], c_sWarnings[1], "Alpha (Anna Berg):", "    (1/1) a2", "", "Beta (Unbekannt):",
-                   "    (1/1) b 1", "", "Durchsuchtes Datenverzeichnis: <DATA>",
+            (Lines{c_sWarnings[0], c_sWarnings[1], "Alpha (Anna Berg):", "    (1/1) a2", "",
+                   "Beta (Unbekannt):", "    (1/1) b 1", "", "Durchsuchtes Datenverzeichnis: <DATA>",
                    "Klassen mit deaktivierten Fällen: 2 von 3", "Deaktivierte Fälle: 2 von 7"}));
 }
 
@@ -136,9 +154,9 @@ TEST_F(SelectionCliTest, OneClass) {
 TEST_F(SelectionCliTest, EverythingButOneDirectory) {
   // The include names the root of the tree, the deepest directory all
   // classes share; the exclude a directory below it.
-  EXPECT_EQ(Query({"--full-match", "--include", "data", "--exclude", "flach"}),
-            (Lines{"<DATA>/geo/Alpha/", "    a1", "    a3", "<DATA>/Zulu/", "    z1", "    z2", "Klassen: 2",
-                   "Fälle: 4"}));
+  EXPECT_EQ(
+      Query({"--full-match", "--include", "data", "--exclude", "flach"}),
+      (Lines{"<DATA>/geo/Alpha/", "    a1", "    a3", "<DATA>/Zulu/", "    z1", "    z2", "Klassen: 2", "Fälle: 4"}));
   // An include of everything would take the directory's classes back.
   EXPECT_EQ(Query({"--include", "*", "--exclude", "flach"}), Query({}));
 }
@@ -146,8 +164,7 @@ TEST_F(SelectionCliTest, EverythingButOneDirectory) {
 TEST_F(SelectionCliTest, TheCasesOfOneContact) {
   EXPECT_EQ(Query({"--full-match", "--include", "anna@example.org"}),
             (Lines{"<DATA>/geo/Alpha/", "    a1", "    a3", "Klassen: 1", "Fälle: 2"}));
-  EXPECT_EQ(Query({"--include", "Anna B"}),
-            (Lines{"<DATA>/geo/Alpha/", "    a1", "    a3", "Klassen: 1", "Fälle: 2"}));
+  EXPECT_EQ(Query({"--include", "Anna B"}), (Lines{"<DATA>/geo/Alpha/", "    a1", "    a3", "Klassen: 1", "Fälle: 2"}));
 }
 
 TEST_F(SelectionCliTest, PatternsApplyInCommandLineOrderAcrossOptions) {
@@ -187,7 +204,9 @@ const char* const c_sHandMadeSelection =
     "    <!-- two cases of Beta, all of Zulu but z2 -->\n"
     "    <UnitTest name=\"Beta\" default=\"none\">\n"
     "      <TestCase name=\"x&lt;&amp;&gt;&quot;&apos;\" select=\"true\"/>\n"
-    "      <TestCase name=\"\xC3\x9C" "bergr\xC3\xB6\xC3\x9F" "e\" select=\"true\"/>\n"
+    "      <TestCase name=\"\xC3\x9C"
+    "bergr\xC3\xB6\xC3\x9F"
+    "e\" select=\"true\"/>\n"
     "    </UnitTest>\n"
     "    <UnitTest name=\"Zulu\" default=\"all\">\n"
     "      <TestCase name=\"z2\" select=\"false\"/>\n"
@@ -197,14 +216,14 @@ const char* const c_sHandMadeSelection =
 
 TEST_F(SelectionCliTest, SelectionFileMadeByHand) {
   m_root.WriteFile(L"auswahl.xml", c_sHandMadeSelection);
-  const Lines selected{"<DATA>/geo/flach/Beta/", "    Übergröße", "    x<&>\"'", "<DATA>/Zulu/", "    z1",
-                       "Klassen: 2", "Fälle: 3"};
+  const Lines selected{
+      "<DATA>/geo/flach/Beta/", "    Übergröße", "    x<&>\"'", "<DATA>/Zulu/", "    z1", "Klassen: 2", "Fälle: 3"};
   EXPECT_EQ(Query({"--select", Path("auswahl.xml")}), selected);
   // A relative path counts from the directory the command was given in.
   EXPECT_EQ(Query({"--select", "auswahl.xml"}), selected);
   EXPECT_EQ(Query({"--select", "auswahl.xml", "--invert-selection"}),
-            (Lines{"<DATA>/geo/Alpha/", "    a1", "    a3", "<DATA>/geo/flach/Größe Prüfung/", "    g1",
-                   "<DATA>/Zulu/", "    z2", "Klassen: 3", "Fälle: 4"}));
+            (Lines{"<DATA>/geo/Alpha/", "    a1", "    a3", "<DATA>/geo/flach/Größe Prüfung/", "    g1", "<DATA>/Zulu/",
+                   "    z2", "Klassen: 3", "Fälle: 4"}));
   // A filter's exclude beats the selection's include; its include cannot
   // bring back what the selection excludes.
   EXPECT_EQ(Query({"--select", "auswahl.xml", "--exclude", "z1", "--include", "a1"}),
@@ -214,9 +233,9 @@ TEST_F(SelectionCliTest, SelectionFileMadeByHand) {
 TEST_F(SelectionCliTest, BadSelectionFilesSelectNothingAndSayNothing) {
   const std::string whole = c_sHandMadeSelection;
   const std::vector<std::string> files = {
-      "",                                   // size zero
-      "\n  \n",                             // empty
-      whole.substr(0, whole.size() / 2),    // truncated
+      "",                                 // size zero
+      "\n  \n",                           // empty
+      whole.substr(0, whole.size() / 2),  // truncated
       "<Config><Selection default=\"all\"><Klasse name=\"Zulu\" default=\"all\"/></Selection></Config>",
       "<CONFIG><SELECTION DEFAULT=\"all\"><UNITTEST NAME=\"Zulu\" DEFAULT=\"all\"/></SELECTION></CONFIG>",
       std::string("\xFF\xFE\x00\x01 binary \x80\x81", 14)};
@@ -251,8 +270,10 @@ TEST_F(SelectionCliTest, PatternThatDoesNotCompileIsAUsageError) {
   const struct {
     const char* option;
     const char* pattern;
-  } bad[] = {{"--include", "a^b.c$d|e(f)g[h]i+j/k\\l*m?n{"}, {"--exclude", "x{2,1}"},
-             {"--include-regex", "(unclosed"}, {"--exclude-regex", "[z-a]"}};
+  } bad[] = {{"--include", "a^b.c$d|e(f)g[h]i+j/k\\l*m?n{"},
+             {"--exclude", "x{2,1}"},
+             {"--include-regex", "(unclosed"},
+             {"--exclude-regex", "[z-a]"}};
   for (const auto& [option, pattern] : bad) {
     const SCliResult result = Cli({"--query", option, pattern});
     EXPECT_EQ(result.iExitCode, 2) << pattern;
@@ -265,9 +286,9 @@ TEST_F(SelectionCliTest, PatternThatDoesNotCompileIsAUsageError) {
 
 TEST_F(SelectionCliTest, WildcardWithEverySpecialCharacterButBracesIsTakenLiterally) {
   Class("special/DiscoveryListedCases", "a^b.c$d|e(f)g[h]i+j/k\\l--mXn\na^b.c$d|e(f)g[h]i+j/k\\l--mXXn\n");
-  EXPECT_EQ(Query({"--full-match", "--include", "a^b.c$d|e(f)g[h]i+j/k\\l*m?n"}),
-            (Lines{"<DATA>/special/DiscoveryListedCases/", "    a^b.c$d|e(f)g[h]i+j/k\\l--mXn", "Klassen: 1",
-                   "Fälle: 1"}));
+  EXPECT_EQ(
+      Query({"--full-match", "--include", "a^b.c$d|e(f)g[h]i+j/k\\l*m?n"}),
+      (Lines{"<DATA>/special/DiscoveryListedCases/", "    a^b.c$d|e(f)g[h]i+j/k\\l--mXn", "Klassen: 1", "Fälle: 1"}));
   EXPECT_EQ(Query({"--full-match", "--include", "x<&>\"'"}),
             (Lines{"<DATA>/geo/flach/Beta/", "    x<&>\"'", "Klassen: 1", "Fälle: 1"}));
 }

@@ -38,7 +38,7 @@ TEST(CStringFormat, SignedDecimalWithFlagsWidthAndPrecision) {
   expectFormat(L"+42", L"%+d", 42);
   expectFormat(L"-42", L"%+d", -42);
   expectFormat(L" 42", L"% d", 42);
-  expectFormat(L"+42", L"%+ d", 42);  // '+' wins over ' '
+  expectFormat(L"+42", L"%+ d", 42);     // '+' wins over ' '
   expectFormat(L"42   ", L"%-05d", 42);  // '-' wins over '0'
   expectFormat(L"+0042", L"%+05d", 42);
   expectFormat(L" 0007", L"% 05d", 7);
@@ -46,7 +46,7 @@ TEST(CStringFormat, SignedDecimalWithFlagsWidthAndPrecision) {
   expectFormat(L"+007", L"%+.3d", 7);
   expectFormat(L"    -007", L"%8.3d", -7);
   expectFormat(L"     007", L"%08.3d", 7);  // a precision switches '0' off
-  expectFormat(L"42", L"%1d", 42);  // a width never cuts
+  expectFormat(L"42", L"%1d", 42);          // a width never cuts
 }
 
 TEST(CStringFormat, ZeroAtPrecisionZeroHasNoDigits) {
@@ -111,7 +111,7 @@ TEST(CStringFormat, LengthModifiersChooseTheIntegerSize) {
 }
 
 TEST(CStringFormat, ArgumentIsConvertedToTheTypeTheSpecifierNames) {
-  expectFormat(L"5", L"%d", 0x1'0000'0005LL);           // low 32 bits
+  expectFormat(L"5", L"%d", 0x1'0000'0005LL);            // low 32 bits
   expectFormat(L"-2147483648", L"%d", 0x1'8000'0000LL);  // low 32 bits as signed
   expectFormat(L"-2147483648", L"%d", 0x80000000u);
   expectFormat(L"-1", L"%d", 0xFFFFFFFFu);
@@ -159,7 +159,7 @@ TEST(CStringFormat, WideAndNarrowTexts) {
   expectFormat(L"abc", L"%hS", "abc");
   expectFormat(L"abc", L"%S", std::string("abc"));
   expectFormat(L"\u00E4\u20AC", L"%S", "\xC3\xA4\xE2\x82\xAC");  // UTF-8
-  expectFormat(L"\uFFFD", L"%S", "\xE4");  // not UTF-8: the replacement character
+  expectFormat(L"\uFFFD", L"%S", "\xE4");                        // not UTF-8: the replacement character
   expectFormat(L"      Text", L"%10s", text);
   expectFormat(L"Text      |", L"%-10s|", text);
   expectFormat(L"Te", L"%.2s", text);
@@ -256,8 +256,8 @@ TEST(CStringFormat, KindMismatchesThrow) {
   expectFormatThrows(L"%s", 42);
   expectFormatThrows(L"%S", 42);
   expectFormatThrows(L"%s", 1.5);
-  expectFormatThrows(L"%s", "narrow");       // %s is wide
-  expectFormatThrows(L"%S", L"wide");        // %S is narrow
+  expectFormatThrows(L"%s", "narrow");  // %s is wide
+  expectFormatThrows(L"%S", L"wide");   // %S is narrow
   expectFormatThrows(L"%hs", L"wide");
   expectFormatThrows(L"%ls", "narrow");
   expectFormatThrows(L"%f", 1);

@@ -176,8 +176,8 @@ TEST(CString, CompareOrdersByUtf16CodeUnits) {
   EXPECT_LT(CString(L"\U0000D7FF").Compare(L"\U00010000"), 0);
   EXPECT_GT(CString(L"\U0000E000").Compare(L"\U00010000"), 0);
   EXPECT_GT(CString(L"\U0000FFFF").Compare(L"\U00010000"), 0);  // unlike UTF-32 order
-  EXPECT_LT(CString(L"\U00010000").Compare(L"\U00010001"), 0);   // same lead unit
-  EXPECT_LT(CString(L"\U00010000").Compare(L"\U00010400"), 0);   // next lead unit
+  EXPECT_LT(CString(L"\U00010000").Compare(L"\U00010001"), 0);  // same lead unit
+  EXPECT_LT(CString(L"\U00010000").Compare(L"\U00010400"), 0);  // next lead unit
   EXPECT_GT(CString(L"\U0010FFFF").Compare(L"\U00010000"), 0);
   EXPECT_LT(CString(L"ab").Compare(L"abc"), 0);
   EXPECT_EQ(CString(L"abc").Compare(L"abc"), 0);
@@ -204,10 +204,10 @@ TEST(CString, EightBitTextIsUtf8ElseLatin1) {
   // One ill-formed byte makes the whole text ISO-8859-1.
   EXPECT_EQ(CString("a\xE4\xC3\xA4"), CString(L"a\u00E4\u00C3\u00A4"));
   EXPECT_EQ(CString("\xF0\x9F\x98\x80"), CString(L"\U0001F600"));
-  EXPECT_EQ(CString("\xC0\xAF"), CString(L"\u00C0\u00AF"));  // overlong
-  EXPECT_EQ(CString("\xED\xA0\x80"), CString(L"\u00ED\u00A0\u0080"));  // a surrogate
+  EXPECT_EQ(CString("\xC0\xAF"), CString(L"\u00C0\u00AF"));                      // overlong
+  EXPECT_EQ(CString("\xED\xA0\x80"), CString(L"\u00ED\u00A0\u0080"));            // a surrogate
   EXPECT_EQ(CString("\xF4\x90\x80\x80"), CString(L"\u00F4\u0090\u0080\u0080"));  // beyond U+10FFFF
-  EXPECT_EQ(CString("\xC3"), CString(L"\u00C3"));  // cut short
+  EXPECT_EQ(CString("\xC3"), CString(L"\u00C3"));                                // cut short
   EXPECT_EQ(CString(static_cast<const char*>(nullptr)), CString());
   EXPECT_EQ(CString(std::string_view("a\0b", 3)).GetLength(), 3);
   EXPECT_EQ(CString::FromUtf8("\xE2\x82\xAC"), CString(L"\u20AC"));

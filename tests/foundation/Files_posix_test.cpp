@@ -1,10 +1,9 @@
 // What the file-system interface promises beyond what ZoFileSystem shows.
-#include "foundation/platform/Files.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
+#include "foundation/platform/Files.h"
 #include "foundation_TestFiles.h"
 
 using FoundationTest::CScopedEnvironment;
@@ -45,8 +44,8 @@ TEST(Files, ExecutablePathNamesThisProgram) {
 TEST(Files, CopyKeepsThePermissionBits) {
   const CScratchDirectory dir;
   WriteBytes(dir / "script", "#!/bin/sh\n");
-  const auto perms = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write |
-                     std::filesystem::perms::owner_exec;
+  const auto perms =
+      std::filesystem::perms::owner_read | std::filesystem::perms::owner_write | std::filesystem::perms::owner_exec;
   std::filesystem::permissions(dir / "script", perms);
   ASSERT_TRUE(Files::CopyFile(dir / "script", dir / "copy", true));
   EXPECT_EQ(std::filesystem::status(dir / "copy").permissions(), perms);

@@ -1,8 +1,7 @@
-#include "foundation/platform/Library.h"
-
 #include <gtest/gtest.h>
 
 #include "foundation/UnitTestFactory.h"
+#include "foundation/platform/Library.h"
 
 namespace {
 

@@ -1,7 +1,6 @@
-#include "foundation/platform/LocalTime.h"
-
 #include <gtest/gtest.h>
 
+#include "foundation/platform/LocalTime.h"
 #include "foundation_TestFiles.h"
 
 using FoundationTest::CScopedEnvironment;

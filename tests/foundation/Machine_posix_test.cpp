@@ -51,8 +51,7 @@ TEST(MachineTest, MissingFilesGiveEmptyFacts) {
 
 TEST(MachineTest, NvidiaModelComesBeforeDrmDevices) {
   CScratchDirectory root;
-  writeFile(root, "proc/driver/nvidia/gpus/0000:01:00.0/information",
-            "Model: \t\t NVIDIA Test 4000\nIRQ:   42\n");
+  writeFile(root, "proc/driver/nvidia/gpus/0000:01:00.0/information", "Model: \t\t NVIDIA Test 4000\nIRQ:   42\n");
   std::filesystem::create_directories(root / "sys/class/drm/card0");
   EXPECT_EQ(GetGPUName(root / ""), "NVIDIA Test 4000");
 }

@@ -1,5 +1,3 @@
-#include "foundation/platform/NamedSemaphore.h"
-
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -7,6 +5,7 @@
 #include <thread>
 
 #include "foundation/ZoUniqueId.h"
+#include "foundation/platform/NamedSemaphore.h"
 
 namespace NamedSemaphore = ZoPlatform::NamedSemaphore;
 using NamedSemaphore::CSemaphore;

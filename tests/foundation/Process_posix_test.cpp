@@ -1,5 +1,3 @@
-#include "foundation/platform/Process.h"
-
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -8,6 +6,7 @@
 #include <utility>
 
 #include "TempDirectory.h"
+#include "foundation/platform/Process.h"
 
 using ZoPlatform::Process::CChild;
 using ZoPlatform::Process::EStandardStreams;

@@ -1,5 +1,3 @@
-#include "foundation/platform/SharedMemory.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,6 +5,7 @@
 #include <cstring>
 
 #include "foundation/ZoUniqueId.h"
+#include "foundation/platform/SharedMemory.h"
 
 namespace SharedMemory = ZoPlatform::SharedMemory;
 

@@ -1,5 +1,3 @@
-#include "foundation/platform/System.h"
-
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -7,6 +5,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <string>
+
+#include "foundation/platform/System.h"
 
 TEST(System, HostNameIsTheKernelsName) {
   std::ifstream kernel("/proc/sys/kernel/hostname");

@@ -1,8 +1,8 @@
-#include "foundation/platform/Thread.h"
-
 #include <gtest/gtest.h>
 
 #include <thread>
+
+#include "foundation/platform/Thread.h"
 
 namespace {
 

@@ -30,7 +30,10 @@ XbArray<CString> ApiFactoryChangingTest::s_names;
 // Registered and creatable, but no test class.
 class ApiFactoryPlainObject : public IObject {
   XB_DECLARE_DYNCREATE(ApiFactoryPlainObject)
-  ApiFactoryPlainObject() { ++s_iLive; ++s_iMade; }
+  ApiFactoryPlainObject() {
+    ++s_iLive;
+    ++s_iMade;
+  }
   ~ApiFactoryPlainObject() override { --s_iLive; }
   static std::atomic<int> s_iLive;
   static std::atomic<int> s_iMade;

@@ -10,11 +10,13 @@ namespace {
 
 // Asks from another thread whether the section can be taken now.
 bool canLockFromAnotherThread(XbCriticalSection& section) {
-  return std::async(std::launch::async, [&section] {
-           if (!section.TryLock()) return false;
-           section.Unlock();
-           return true;
-         }).get();
+  return std::async(std::launch::async,
+                    [&section] {
+                      if (!section.TryLock()) return false;
+                      section.Unlock();
+                      return true;
+                    })
+      .get();
 }
 
 }  // namespace
@@ -24,9 +26,7 @@ TEST(XbCriticalSection, TheOwningThreadMayEnterAgain) {
   section.Lock();
   section.Lock();
   EXPECT_TRUE(section.TryLock());
-  {
-    const XbScopedLock inner(section);
-  }
+  { const XbScopedLock inner(section); }
   section.Unlock();
   section.Unlock();
   EXPECT_FALSE(canLockFromAnotherThread(section));  // still held once

@@ -147,9 +147,7 @@ TEST(XbRTTI, LookupsFromManyThreadsWhileClassesComeAndGo) {
       }
     });
   }
-  for (int i = 0; i < 2000; ++i) {
-    const XbRTTIRegistrar registrar(transient);
-  }
+  for (int i = 0; i < 2000; ++i) { const XbRTTIRegistrar registrar(transient); }
   while (lookups.load() < 1000) std::this_thread::yield();
   stop = true;
   for (std::thread& reader : readers) reader.join();

@@ -58,7 +58,8 @@ TEST(ZoAssertDialog, AHoldingAssertionDoesNothing) {
   int evaluated = 0;
   testing::internal::CaptureStderr();
   ZO_ASSERT(++evaluated == 1);  // the condition is evaluated once
-  if (evaluated == 1) ZO_ASSERT(true); else ZO_ASSERT(false);  // one statement
+  if (evaluated == 1) ZO_ASSERT(true);
+  else ZO_ASSERT(false);  // one statement
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   EXPECT_EQ(evaluated, 1);
 }

@@ -96,7 +96,9 @@ TEST(ZoFileSystem, InterpretEnvironmentReplacesTheExecutablePlaceholder) {
 }
 
 TEST(ZoFileSystem, SplitPathKeepsTheSeparatorOnTheDirectory) {
-  struct SRow { const wchar_t *path, *dir, *name, *ext; };
+  struct SRow {
+    const wchar_t *path, *dir, *name, *ext;
+  };
   const SRow rows[] = {
       {L"dir/sub/name.ext", L"dir/sub/", L"name", L".ext"},
       {L"/abs/Report-1-[a.b].xml", L"/abs/", L"Report-1-[a.b]", L".xml"},

@@ -44,7 +44,10 @@ TEST(ZoStreamWriteASCIIFile, ChainsTextsCharactersAndNumbers) {
 TEST(ZoStreamWriteASCIIFile, ReplacesAnExistingFile) {
   const CScratchDirectory dir;
   WriteBytes(dir / "out.txt", "a much longer old content");
-  { ZoStreamWriteASCIIFile file(wide(dir / "out.txt")); file << L"new"; }
+  {
+    ZoStreamWriteASCIIFile file(wide(dir / "out.txt"));
+    file << L"new";
+  }
   EXPECT_EQ(ReadBytes(dir / "out.txt"), "new");
   { ZoStreamWriteASCIIFile file(wide(dir / "out.txt")); }
   EXPECT_TRUE(std::filesystem::exists(dir / "out.txt"));
@@ -81,7 +84,10 @@ TEST(ZoStreamWriteASCIIFile, WritesMoreThanItsBufferHolds) {
 
 TEST(ZoStreamWriteASCIIFile, PathIsUtf8OnTheSystem) {
   const CScratchDirectory dir;
-  { ZoStreamWriteASCIIFile file(wide(dir / "") + L"\u00FC\u20AC.xml"); file << L"x"; }
+  {
+    ZoStreamWriteASCIIFile file(wide(dir / "") + L"\u00FC\u20AC.xml");
+    file << L"x";
+  }
   EXPECT_EQ(ReadBytes(dir / "\xC3\xBC\xE2\x82\xAC.xml"), "x");
 }
 

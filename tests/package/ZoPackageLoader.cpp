@@ -51,7 +51,8 @@ int main(int argc, char** argv) {
   ZoPlatform::Library::Handle library = ZoPlatform::Library::Load(argv[1]);
   if (!library) return fail("cannot load: " + ZoPlatform::Library::GetLastError());
   const XbRTTI* rtti = XbRTTI::Find(className);
-  if (!rtti || !rtti->IsKindOf(ZoUnitTest::RTTI)) return fail("loading did not register a test class " + std::string(argv[2]));
+  if (!rtti || !rtti->IsKindOf(ZoUnitTest::RTTI))
+    return fail("loading did not register a test class " + std::string(argv[2]));
   if (!runAll(className, CString::FromUtf8(argv[3]))) return fail("not all subtests passed");
   if (!ZoPlatform::Library::Unload(library)) return fail("cannot unload: " + ZoPlatform::Library::GetLastError());
   if (XbRTTI::Find(className)) return fail("class still registered after unloading");

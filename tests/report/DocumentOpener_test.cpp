@@ -1,10 +1,11 @@
 // Opening a report: the replaceable opener.
+#include "report/DocumentOpener.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
 
 #include "foundation_TestFiles.h"
-#include "report/DocumentOpener.h"
 
 namespace {
 

@@ -1,14 +1,15 @@
 // The HTML report: its fixed form (golden file), the sections that depend on
 // the results, and the two files beside the page.
+#include "report/HtmlReportWriter.h"
+
 #include <gtest/gtest.h>
 
-#include "report/HtmlReportWriter.h"
+#include "TempDirectory.h"
 #include "report/ReportResources.h"
 #include "report/XmlReportLoader.h"
 #include "report/XmlReportWriter.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
-#include "TempDirectory.h"
 
 namespace {
 
@@ -101,8 +102,9 @@ TEST(HtmlReportWriterTest, ClassWithAnErrorAndAFailureCountsTwoAndIsAnError) {
   SData data = MakeEmptyReport();
   AddClass(data, L"Mixed", 3, 1, 1, 0);
   data.ClassesTotal = 1;
-  EXPECT_TRUE(contains(writePage(data), "\t\t\t<tr class=\"error\">\n\t\t\t\t<td>Mixed</td>\n\t\t\t\t<td>3</td>\n"
-                                        "\t\t\t\t<td>2</td>\n\t\t\t\t<td>0</td>\n\t\t\t\t<td></td>\n\t\t\t</tr>\n"));
+  EXPECT_TRUE(contains(writePage(data),
+                       "\t\t\t<tr class=\"error\">\n\t\t\t\t<td>Mixed</td>\n\t\t\t\t<td>3</td>\n"
+                       "\t\t\t\t<td>2</td>\n\t\t\t\t<td>0</td>\n\t\t\t\t<td></td>\n\t\t\t</tr>\n"));
 }
 
 TEST(HtmlReportWriterTest, TimeOutOfAllOnesShowsADash) {
@@ -150,9 +152,10 @@ TEST(HtmlReportWriterTest, HeadEmbedsTheStyleSheetLineByLineAndLinksBothFiles) {
                        0),
             0u);
   EXPECT_TRUE(contains(page, "\t\t\ttr.ok { color:green; }\n"));
-  EXPECT_TRUE(contains(page, "\t\t</style>\n\t\t<link rel=\"stylesheet\" type=\"text/css\" href=\"ZoTestSuite.css\"/>\n"
-                             "\t\t<script src=\"ZoTestSuite.js\" type=\"text/javascript\"></script>\n"
-                             "\t</head>\n\t<body>\n"));
+  EXPECT_TRUE(contains(page,
+                       "\t\t</style>\n\t\t<link rel=\"stylesheet\" type=\"text/css\" href=\"ZoTestSuite.css\"/>\n"
+                       "\t\t<script src=\"ZoTestSuite.js\" type=\"text/javascript\"></script>\n"
+                       "\t</head>\n\t<body>\n"));
   EXPECT_FALSE(contains(page, "\r"));
   EXPECT_FALSE(contains(page, "\t\t\t\n"));  // the empty lines of the style sheet vanished
   EXPECT_EQ(page.substr(page.size() - 17), "\t</body>\n</html>\n");

@@ -1,11 +1,12 @@
 // The JUnit form of a report: valid against the schema that CI servers use,
 // one suite per class, results as failures and errors.
+#include "report/JUnitReportWriter.h"
+
 #include <gtest/gtest.h>
 
-#include "report/JUnitReportWriter.h"
+#include "TempDirectory.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
-#include "TempDirectory.h"
 
 namespace {
 
@@ -47,23 +48,27 @@ TEST(JUnitReportWriterTest, OneSuitePerClassWithItsCounts) {
   EXPECT_TRUE(
       contains(text, "<testsuites name=\"ZoTestSuite\" tests=\"5\" failures=\"1\" errors=\"1\" time=\"14.250\">"));
   EXPECT_EQ(CountOf(text, "<testsuite "), 4u);
-  EXPECT_TRUE(contains(text, "<testsuite name=\"Geometry\" tests=\"2\" failures=\"1\" errors=\"0\" skipped=\"0\" "
-                             "time=\"1.500\" timestamp=\"2021-05-04T12:34:56\" hostname=\"BUILD-07\" id=\"0\">"));
+  EXPECT_TRUE(contains(text,
+                       "<testsuite name=\"Geometry\" tests=\"2\" failures=\"1\" errors=\"0\" skipped=\"0\" "
+                       "time=\"1.500\" timestamp=\"2021-05-04T12:34:56\" hostname=\"BUILD-07\" id=\"0\">"));
   EXPECT_TRUE(contains(text, "<testsuite name=\"Empty\" tests=\"0\" failures=\"0\" errors=\"0\""));
   EXPECT_EQ(CountOf(text, "<testcase "), 5u);
 }
 
 TEST(JUnitReportWriterTest, ResultsBecomeFailuresAndErrorsWithTheGermanLabel) {
   const std::string text = writeJUnit(MakeFixedReport());
-  EXPECT_TRUE(contains(text, "<testcase classname=\"Geometry\" name=\"gr&#252;&#223;e.dat\" time=\"1.250\">\n"
-                             "\t\t\t<failure type=\"Unterschiede zur Referenz-Ausf&#252;hrung\" "
-                             "message=\"Unterschiede zur Referenz-Ausf&#252;hrung\">"
-                             "Abweichung bei &lt;node 3&gt;: &#246;ffnen\nsecond line\n...\n</failure>"));
-  EXPECT_TRUE(contains(text, "<testcase classname=\"Import\" name=\"big.step\" time=\"0.500\">\n"
-                             "\t\t\t<error type=\"Zeitlimit &#252;berschritten\""));
+  EXPECT_TRUE(contains(text,
+                       "<testcase classname=\"Geometry\" name=\"gr&#252;&#223;e.dat\" time=\"1.250\">\n"
+                       "\t\t\t<failure type=\"Unterschiede zur Referenz-Ausf&#252;hrung\" "
+                       "message=\"Unterschiede zur Referenz-Ausf&#252;hrung\">"
+                       "Abweichung bei &lt;node 3&gt;: &#246;ffnen\nsecond line\n...\n</failure>"));
+  EXPECT_TRUE(contains(text,
+                       "<testcase classname=\"Import\" name=\"big.step\" time=\"0.500\">\n"
+                       "\t\t\t<error type=\"Zeitlimit &#252;berschritten\""));
   EXPECT_TRUE(contains(text, "<testcase classname=\"Mesh\" name=\"plane\" time=\"0.016\"/>"));
-  EXPECT_TRUE(contains(text, "<testcase classname=\"Geometry\" name=\"cube &amp; sphere\" time=\"0.250\">\n"
-                             "\t\t\t<system-out>loaded 12 faces\n</system-out>"));
+  EXPECT_TRUE(contains(text,
+                       "<testcase classname=\"Geometry\" name=\"cube &amp; sphere\" time=\"0.250\">\n"
+                       "\t\t\t<system-out>loaded 12 faces\n</system-out>"));
 }
 
 TEST(JUnitReportWriterTest, LeakWarningGoesToSystemErr) {

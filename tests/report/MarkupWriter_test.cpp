@@ -83,8 +83,9 @@ TEST_F(MarkupWriterTest, NumericElementsUseTheirFormats) {
   m_writer.WriteElement(L"d", 2.25);
   m_writer.WriteElement(L"s64", std::int64_t{-9000000000});
   m_writer.WriteElement(L"u64", std::uint64_t{18000000000000000000u});
-  EXPECT_EQ(Text(), L"<i>-5</i>\n<u>4000000000</u>\n<f>1.500000</f>\n<d>2.250000</d>\n"
-                    L"<s64>-9000000000</s64>\n<u64>18000000000000000000</u64>\n");
+  EXPECT_EQ(Text(),
+            L"<i>-5</i>\n<u>4000000000</u>\n<f>1.500000</f>\n<d>2.250000</d>\n"
+            L"<s64>-9000000000</s64>\n<u64>18000000000000000000</u64>\n");
 }
 
 TEST_F(MarkupWriterTest, NumericElementsWithAttributes) {
@@ -140,8 +141,8 @@ TEST(MarkupWriterCleanTest, IsAllowedCharacterAtTheBordersOfItsRanges) {
 
   const std::uint32_t allowed[] = {0x09, 0x0A, 0x0D, 0x20, 0x7E, 0xA0, 0xD7FF, 0xE000};
   for (std::uint32_t c : allowed) EXPECT_TRUE(CMarkupWriter::IsAllowedCharacter(static_cast<wchar_t>(c))) << c;
-  const std::uint32_t refused[] = {0x00, 0x08, 0x0B, 0x0C, 0x0E, 0x1F, 0x80, 0x84, 0x86, 0x9F,
-                                   0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xFFFE, 0xFFFF, 0x10000, 0x10FFFF};
+  const std::uint32_t refused[] = {0x00, 0x08,   0x0B,   0x0C,   0x0E,   0x1F,   0x80,   0x84,    0x86,
+                                   0x9F, 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xFFFE, 0xFFFF, 0x10000, 0x10FFFF};
   for (std::uint32_t c : refused) EXPECT_FALSE(CMarkupWriter::IsAllowedCharacter(static_cast<wchar_t>(c))) << c;
 }
 

@@ -1,11 +1,12 @@
 // Report::SData from a run: tallies, class and case rows, the line limit of
 // case output, and the result vocabulary.
+#include "report/ReportData.h"
+
 #include <gtest/gtest.h>
 
 #include <regex>
 
 #include "run/RunDriver.h"
-#include "report/ReportData.h"
 
 namespace {
 
@@ -302,8 +303,8 @@ TEST(SplitCaseMessagesTest, TextsAreCleaned) {
 }
 
 TEST(ResultVocabularyTest, WordsLabelsAndGroups) {
-  const wchar_t* const words[] = {L"OK", L"ERROR", L"EXCEPTION", L"NOINPUT", L"DIFFERENT",
-                                  L"UNKNOWN", L"UNKNOWN", L"CANCELED", L"TIMEOUT"};
+  const wchar_t* const words[] = {L"OK",      L"ERROR",   L"EXCEPTION", L"NOINPUT", L"DIFFERENT",
+                                  L"UNKNOWN", L"UNKNOWN", L"CANCELED",  L"TIMEOUT"};
   const wchar_t* const labels[] = {L"Ok",
                                    L"Fehler",
                                    L"Exception",
@@ -313,8 +314,8 @@ TEST(ResultVocabularyTest, WordsLabelsAndGroups) {
                                    L"Unbekannt",
                                    L"Externer Unterbruch des Ausführung",
                                    L"Zeitlimit überschritten"};
-  const EResultGroup groups[] = {eGroupOk, eGroupFailure, eGroupFailure, eGroupFailure, eGroupFailure,
-                                 eGroupError, eGroupError, eGroupError, eGroupError};
+  const EResultGroup groups[] = {eGroupOk,    eGroupFailure, eGroupFailure, eGroupFailure, eGroupFailure,
+                                 eGroupError, eGroupError,   eGroupError,   eGroupError};
   for (int i = 0; i < 9; ++i) {
     const auto result = static_cast<Run::ECaseResult>(i);
     EXPECT_EQ(GetResultWord(result), words[i]) << i;

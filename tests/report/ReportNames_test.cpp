@@ -1,14 +1,15 @@
 // Report file names: the revision, the file date, the archive name and the
 // default location.
+#include "report/ReportNames.h"
+
 #include <gtest/gtest.h>
 
+#include "TempDirectory.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation_TestFiles.h"
-#include "report/ReportNames.h"
 #include "report/XmlReportWriter.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
-#include "TempDirectory.h"
 
 namespace {
 

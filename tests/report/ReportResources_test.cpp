@@ -1,12 +1,13 @@
 // The style sheet and the script of the HTML reports, as the build embeds
 // them, and the files written beside a page.
+#include "report/ReportResources.h"
+
 #include <gtest/gtest.h>
 
 #include <regex>
 
-#include "report/ReportResources.h"
-#include "report_Fixtures.h"
 #include "TempDirectory.h"
+#include "report_Fixtures.h"
 
 namespace {
 

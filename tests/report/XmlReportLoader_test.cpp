@@ -1,14 +1,15 @@
 // Loading XML reports back: what a written report gives, lenient reading of
 // partial files, and the failures.
+#include "report/XmlReportLoader.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 
-#include "report/XmlReportLoader.h"
+#include "TempDirectory.h"
 #include "report/XmlReportWriter.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
-#include "TempDirectory.h"
 
 namespace {
 
@@ -120,8 +121,8 @@ TEST(XmlReportLoaderTest, CasesComeBackWithNamesUnescapedAndDumpsDecoded) {
     const SCaseData& b = written.Cases[i];
     EXPECT_TRUE(a.Id == b.Id && a.ClassName == b.ClassName && a.CaseName == b.CaseName &&
                 a.Time == sixDecimals(b.Time) && a.Memory == b.Memory && a.MemoryDelta == b.MemoryDelta &&
-                a.ResultType == b.ResultType &&
-                a.Message == b.Message && a.Warning == b.Warning && a.Dumps.GetCount() == b.Dumps.GetCount())
+                a.ResultType == b.ResultType && a.Message == b.Message && a.Warning == b.Warning &&
+                a.Dumps.GetCount() == b.Dumps.GetCount())
         << "case " << i;
   }
   EXPECT_EQ(loaded.Cases[1].CaseName, L"grüße.dat");
@@ -287,7 +288,8 @@ TEST(XmlReportLoaderTest, HugeReportLoadsEveryCase) {
     text += "<testcase id=\"" + std::to_string(i) + "\" classname=\"Class" + std::to_string(i / 1000) +
             "\" name=\"case" + std::to_string(i) + ".dat\"><time>0.001</time><memory>" + std::to_string(i) +
             "</memory><result type=\"" + (failing ? "ERROR" : "OK") + "\">";
-    if (failing) text += "<dump type=\"error\">line &lt;" + std::to_string(i) + "&gt;</dump><dump type=\"info\">x</dump>";
+    if (failing)
+      text += "<dump type=\"error\">line &lt;" + std::to_string(i) + "&gt;</dump><dump type=\"info\">x</dump>";
     text += "</result></testcase>\n";
   }
   text += "</testsuite>\n";

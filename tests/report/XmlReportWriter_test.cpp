@@ -1,10 +1,11 @@
 // The XML report: its fixed form (golden file) and the rules of its blocks.
+#include "report/XmlReportWriter.h"
+
 #include <gtest/gtest.h>
 
-#include "report/XmlReportWriter.h"
+#include "TempDirectory.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
-#include "TempDirectory.h"
 
 namespace {
 
@@ -74,7 +75,9 @@ TEST(XmlReportWriterTest, FailureGroupHasFailureErrorGroupHasErrorOkHasNeither) 
   const std::vector<std::string> timeout =
       block(text, "\t<testcase id=\"1\" classname=\"C\" name=\"timeout\">", "\t</testcase>");
   ASSERT_EQ(timeout.size(), 8u);
-  EXPECT_EQ(timeout[6], "\t\t<error message=\"\" type=\"Zeitlimit \xFC" "berschritten\"></error>");
+  EXPECT_EQ(timeout[6],
+            "\t\t<error message=\"\" type=\"Zeitlimit \xFC"
+            "berschritten\"></error>");
   const std::vector<std::string> ok = block(text, "\t<testcase id=\"2\" classname=\"C\" name=\"ok\">", "\t</testcase>");
   EXPECT_EQ(ok.size(), 7u);
   EXPECT_EQ(CountOf(text, "<failure "), 1u);

@@ -29,8 +29,9 @@ SRunOptions tracking(bool dumpLeaks = false) {
 }  // namespace
 
 TEST(CaseExecution, MapsEveryTestResult) {
-  const SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r0", L"r1", L"r2", L"r3", L"r4", L"r5", L"r6"});
-  const Run::ECaseResult expected[] = {Run::eCaseNoInput,    Run::eCaseOk,      Run::eCaseError,  Run::eCaseException,
+  const SUnitTest unitTest =
+      RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r0", L"r1", L"r2", L"r3", L"r4", L"r5", L"r6"});
+  const Run::ECaseResult expected[] = {Run::eCaseNoInput,   Run::eCaseOk,      Run::eCaseError,  Run::eCaseException,
                                        Run::eCaseDifferent, Run::eCaseUnknown, Run::eCaseUnknown};
   for (unsigned int i = 0; i < 7; ++i) {
     const SCaseResult row = runOne(unitTest, i);
@@ -106,8 +107,11 @@ TEST(CaseExecution, ReportMemLeakFalseKeepsTheDeltaButNoWarning) {
 }
 
 TEST(CaseExecution, LeakInDestructorIsSeenLeakInWarmUpIsNot) {
-  EXPECT_EQ(runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"destructorLeak"}), 0, tracking()).iMemoryDelta, 64);
-  const SCaseResult warmUp = runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szWarmUpLeak, {L"only"}), 0, tracking());
+  EXPECT_EQ(
+      runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"destructorLeak"}), 0, tracking()).iMemoryDelta,
+      64);
+  const SCaseResult warmUp =
+      runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szWarmUpLeak, {L"only"}), 0, tracking());
   EXPECT_EQ(warmUp.iMemoryDelta, 0);
   EXPECT_FALSE(warmUp.bWarning);
 }
@@ -121,7 +125,8 @@ TEST(CaseExecution, WithoutTrackingTheMemoryFieldsAreZero) {
 }
 
 TEST(CaseExecution, DumpLeaksAppendsInfoLines) {
-  const SCaseResult row = runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"leak100"}), 0, tracking(true));
+  const SCaseResult row =
+      runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"leak100"}), 0, tracking(true));
   EXPECT_EQ(row.sOutput.Left(19), CString(L"\t\tINFO:  Dump()...\n"));
   EXPECT_NE(row.sOutput.Find(L"\t\tINFO:  CurrentAlloc 100 Bytes\n"), -1);
   EXPECT_NE(row.sOutput.Find(L"\t\tINFO:  Active Allocations:\n"), -1);
@@ -129,7 +134,8 @@ TEST(CaseExecution, DumpLeaksAppendsInfoLines) {
 }
 
 TEST(CaseExecution, OutputIsCutAtTheLimitAndTheDumpWithIt) {
-  const SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"output:1048575", L"output:1048600"});
+  const SUnitTest unitTest =
+      RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"output:1048575", L"output:1048600"});
   const SCaseResult exact = runOne(unitTest, 0, tracking(true));
   EXPECT_EQ(exact.sOutput.GetLength(), 1048575);
   EXPECT_EQ(exact.sOutput.Find(L"Dump"), -1);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "RunTestClasses.h"
-
 #include "services_COutRecorder.h"
 
 using namespace TestSuite;

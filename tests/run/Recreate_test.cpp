@@ -23,16 +23,15 @@ TEST(Recreate, RenewsWhatCanBeRenewed) {
   Run::Recreate(env, classes, callbacks);
   EXPECT_EQ(ticks, 7);
   EXPECT_EQ(RunTestClasses::RecreateLog(), std::vector<std::string>{"renew"});
-  EXPECT_EQ(recorder.Text(),
-            CString(L"RtRecreate:\n\trenew...\n\t\tDatensatz wurde erneuert.\n"
-                    L"\tSubtest 'keep' hat keine erneuerbaren Daten.\n"
-                    L"\tfails...\n\t\tFehler: Exception während dem Neuerzeugen.\n"
-                    L"\t\tFehler: Exception während dem Neuerzeugen.\n"
-                    L"RtResults:\n\tSubtest 'r1' hat keine erneuerbaren Daten.\n"
-                    L"NoSuchClassAnywhere:\n"
-                    L"\tFehler: Unittest 'NoSuchClassAnywhere' konnte nicht instanziert werden.\n"
-                    L"\tFehler: Unittest 'NoSuchClassAnywhere' konnte nicht instanziert werden.\n"
-                    L"\nNeuerzeugen der Testfälle beendet.\n"));
+  EXPECT_EQ(recorder.Text(), CString(L"RtRecreate:\n\trenew...\n\t\tDatensatz wurde erneuert.\n"
+                                     L"\tSubtest 'keep' hat keine erneuerbaren Daten.\n"
+                                     L"\tfails...\n\t\tFehler: Exception während dem Neuerzeugen.\n"
+                                     L"\t\tFehler: Exception während dem Neuerzeugen.\n"
+                                     L"RtResults:\n\tSubtest 'r1' hat keine erneuerbaren Daten.\n"
+                                     L"NoSuchClassAnywhere:\n"
+                                     L"\tFehler: Unittest 'NoSuchClassAnywhere' konnte nicht instanziert werden.\n"
+                                     L"\tFehler: Unittest 'NoSuchClassAnywhere' konnte nicht instanziert werden.\n"
+                                     L"\nNeuerzeugen der Testfälle beendet.\n"));
   const auto messages = recorder.Messages();
   EXPECT_TRUE(messages[0].bBold);
   EXPECT_EQ(messages[1].color, ZoColorRGBA::c_BLUE);

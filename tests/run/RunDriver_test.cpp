@@ -5,9 +5,9 @@
 #include <cmath>
 
 #include "RunTestClasses.h"
+#include "TempDirectory.h"
 #include "foundation/ZoFileSystem.h"
 #include "services_COutRecorder.h"
-#include "TempDirectory.h"
 
 using namespace TestSuite;
 

@@ -1,18 +1,19 @@
 // The report output at the end of a run: which reports are written where,
 // and the page opened afterwards.
+#include "run/RunReports.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "run/RunDriver.h"
-#include "run/RunReports.h"
+#include "TempDirectory.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation_TestFiles.h"
 #include "report/DocumentOpener.h"
 #include "report/ReportNames.h"
 #include "report/XmlReportLoader.h"
+#include "run/RunDriver.h"
 #include "services_COutRecorder.h"
-#include "TempDirectory.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "run/WorkBuffer.h"
 #include "ZoTestSuite.h"
+#include "run/WorkBuffer.h"
 
 using namespace TestSuite;
 

@@ -119,9 +119,7 @@ TEST_F(WorkerPhase, CasesKeptOutOfThePoolNeverOverlapAnyOther) {
   for (std::size_t i = 0; i < records.size(); ++i) {
     if (records[i].sName != L"r1" && records[i].sName != L"r3") continue;
     for (std::size_t k = 0; k < records.size(); ++k) {
-      if (k != i) {
-        EXPECT_FALSE(overlap(records[i], records[k])) << "a sequential case overlaps another";
-      }
+      if (k != i) { EXPECT_FALSE(overlap(records[i], records[k])) << "a sequential case overlaps another"; }
     }
   }
 }

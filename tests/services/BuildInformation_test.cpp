@@ -1,14 +1,15 @@
 // Build information: reading the resource texts, the build's own
 // source-control record, and the per-user directory.
+#include "services/BuildInformation.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
 
+#include "TempDirectory.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation_TestFiles.h"
-#include "services/BuildInformation.h"
-#include "TempDirectory.h"
 
 namespace {
 

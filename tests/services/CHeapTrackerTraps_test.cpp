@@ -1,13 +1,12 @@
 // Tests of CHeapTracker's observation of an allocation ID or size: the
 // breakpoint trap, which ends a process that runs without a debugger.
-#include "services/CHeapTracker.h"
-
 #include <gtest/gtest.h>
 
 #include <csignal>
 #include <cstdlib>
 
 #include "heap_TrackerTestKit.h"
+#include "services/CHeapTracker.h"
 
 namespace TestSuite {
 namespace {

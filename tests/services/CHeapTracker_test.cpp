@@ -92,8 +92,10 @@ TEST(CHeapTracker, LeakShowsAsCurrentAllocationAndInTheDump) {
   void* leaked = g_fnMalloc(48);
   tracker.Deactivate();
   EXPECT_EQ(tracker.GetCurrentAlloc(), 48);
-  EXPECT_EQ(dumpOf(tracker), L"CountMalloc 1\nCountFree 0\nCountRealloc 0\nCurrentAlloc 48 Bytes\n"
-                             L"CurrentMax 48 Bytes\nActive Allocations:\n" + entryLine(0, leaked, 48));
+  EXPECT_EQ(dumpOf(tracker),
+            L"CountMalloc 1\nCountFree 0\nCountRealloc 0\nCurrentAlloc 48 Bytes\n"
+            L"CurrentMax 48 Bytes\nActive Allocations:\n" +
+                entryLine(0, leaked, 48));
   g_fnFree(leaked);
 }
 
@@ -101,10 +103,10 @@ TEST(CHeapTracker, DumpListsLiveBlocksByIdOfTheirLastAllocation) {
   HEAP_SKIP_WITHOUT_INTERCEPTION();
   CHeapTracker tracker(false, true);
   tracker.Activate();
-  void* first = g_fnMalloc(10);    // ID 0
-  void* second = g_fnMalloc(20);   // ID 1
-  void* third = g_fnMalloc(30);    // ID 2
-  g_fnFree(first);                 // ID 3
+  void* first = g_fnMalloc(10);      // ID 0
+  void* second = g_fnMalloc(20);     // ID 1
+  void* third = g_fnMalloc(30);      // ID 2
+  g_fnFree(first);                   // ID 3
   second = g_fnRealloc(second, 25);  // ID 4
   tracker.Deactivate();
   const std::wstring text = dumpOf(tracker);
@@ -117,8 +119,9 @@ TEST(CHeapTracker, DumpListsLiveBlocksByIdOfTheirLastAllocation) {
 
 TEST(CHeapTracker, DumpWithoutLiveBlocksEndsWithTheHeading) {
   CHeapTracker tracker(false, false);
-  EXPECT_EQ(dumpOf(tracker), L"CountMalloc 0\nCountFree 0\nCountRealloc 0\nCurrentAlloc 0 Bytes\n"
-                             L"CurrentMax 0 Bytes\nActive Allocations:\n");
+  EXPECT_EQ(dumpOf(tracker),
+            L"CountMalloc 0\nCountFree 0\nCountRealloc 0\nCurrentAlloc 0 Bytes\n"
+            L"CurrentMax 0 Bytes\nActive Allocations:\n");
 }
 
 TEST(CHeapTracker, DumpChangesNoCounterWhetherActiveOrNot) {

@@ -14,9 +14,9 @@
 #include <thread>
 #include <vector>
 
+#include "TempDirectory.h"
 #include "foundation/XbException.h"
 #include "services_COutRecorder.h"
-#include "TempDirectory.h"
 
 using TestSuite::COut;
 
@@ -52,8 +52,12 @@ CActionSink& actionSink(int index) {
 
 // Disarms the action sinks at the end of a test, failed or not.
 struct SActionSinksGuard {
-  SActionSinksGuard() { for (int i = 0; i < 3; ++i) actionSink(i); }
-  ~SActionSinksGuard() { for (int i = 0; i < 3; ++i) actionSink(i).fnAction = nullptr; }
+  SActionSinksGuard() {
+    for (int i = 0; i < 3; ++i) actionSink(i);
+  }
+  ~SActionSinksGuard() {
+    for (int i = 0; i < 3; ++i) actionSink(i).fnAction = nullptr;
+  }
 };
 
 class COutTest : public ::testing::Test {
@@ -308,9 +312,7 @@ TEST_F(COutTest, TheLogNarrowsWithTheGlobalLocale) {
   std::locale utf8;
   try {
     utf8 = std::locale("C.UTF-8");
-  } catch (const std::runtime_error&) {
-    GTEST_SKIP() << "no C.UTF-8 locale on this machine";
-  }
+  } catch (const std::runtime_error&) { GTEST_SKIP() << "no C.UTF-8 locale on this machine"; }
   const std::locale previous = std::locale::global(utf8);
   const CString log = m_dir / L"utf8.log";
   COut::SetConsoleOut(false);

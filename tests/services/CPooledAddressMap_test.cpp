@@ -30,7 +30,10 @@ struct CCountingAllocator {
     ++s_iFrees;
     std::free(memory);
   }
-  static void Clear() { s_iAllocations = s_iFrees = 0; s_bRefuse = false; }
+  static void Clear() {
+    s_iAllocations = s_iFrees = 0;
+    s_bRefuse = false;
+  }
 };
 
 using CCountedMap = CPooledAddressMap<SValue, CCountingAllocator>;
@@ -127,9 +130,7 @@ TEST(CPooledAddressMap, ThrowsWhenThePoolGetsNoMemory) {
   try {
     map.Insert(addressOf(1), SValue{1, 1});
     FAIL() << "no exception";
-  } catch (const XbException& e) {
-    EXPECT_STREQ(e.what(), "XbPlexManager");
-  }
+  } catch (const XbException& e) { EXPECT_STREQ(e.what(), "XbPlexManager"); }
   EXPECT_TRUE(map.IsEmpty());
   CCountingAllocator::s_bRefuse = false;
   map.Insert(addressOf(1), SValue{1, 1});

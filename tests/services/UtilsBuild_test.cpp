@@ -1,8 +1,8 @@
-#include "services/Utils.h"
-
 #include <gtest/gtest.h>
 
 #include <thread>
+
+#include "services/Utils.h"
 
 using namespace TestSuite;
 

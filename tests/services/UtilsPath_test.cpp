@@ -1,11 +1,10 @@
-#include "services/Utils.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "foundation/ZoFileSystem.h"
 #include "TempDirectory.h"
+#include "foundation/ZoFileSystem.h"
+#include "services/Utils.h"
 
 using namespace TestSuite;
 
@@ -40,9 +39,7 @@ TEST(UtilsPath, AddBackslashAppendsOneSeparator) {
   EXPECT_EQ(added(L"/"), CString(L"/"));
 }
 
-TEST(UtilsPath, AddBackslashDoesNotTakeTheOtherSlashForASeparator) {
-  EXPECT_EQ(added(L"data\\"), CString(L"data\\/"));
-}
+TEST(UtilsPath, AddBackslashDoesNotTakeTheOtherSlashForASeparator) { EXPECT_EQ(added(L"data\\"), CString(L"data\\/")); }
 
 TEST(UtilsPath, RemoveBackslashesRemovesAllTrailingSeparators) {
   EXPECT_EQ(removed(L"/data/x///"), CString(L"/data/x"));

@@ -1,11 +1,10 @@
-#include "services/Utils.h"
-
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <filesystem>
 
 #include "TempDirectory.h"
+#include "services/Utils.h"
 
 using namespace TestSuite;
 
@@ -38,9 +37,11 @@ TEST(UtilsProcess, AMissingWorkingDirectoryMeansTheChildCannotStart) {
   TempDirectory dir;
   const CString missing = dir / L"fehlt";
   const CString result = Utils::RunProcess(L"/bin/sh", L"-c \"exit 0\"", missing, 5);
-  EXPECT_EQ(result, L"Warnung: Prozess /bin/sh konnte nicht gestartet werden:\n"
-                    L"         Argumente: -c \"exit 0\"\n"
-                    L"         Working Directory: " + missing + L"\n");
+  EXPECT_EQ(result,
+            L"Warnung: Prozess /bin/sh konnte nicht gestartet werden:\n"
+            L"         Argumente: -c \"exit 0\"\n"
+            L"         Working Directory: " +
+                missing + L"\n");
 }
 
 TEST(UtilsProcess, TheChildRunsInTheGivenWorkingDirectory) {

@@ -1,19 +1,17 @@
-#include "services/Utils.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
+#include "services/Utils.h"
+
 using namespace TestSuite;
 
 namespace {
 
 // The element <v> of a small document; the text given goes between its tags.
-XMLNode element(const std::string& content) {
-  return XMLNode::parseString(("<v>" + content + "</v>").c_str(), "v");
-}
+XMLNode element(const std::string& content) { return XMLNode::parseString(("<v>" + content + "</v>").c_str(), "v"); }
 
 XMLNode emptyElement() { return XMLNode::parseString("<v/>", "v"); }
 
@@ -78,9 +76,9 @@ TEST(UtilsXmlValue, GetUInt32SkipsLeadingBlanksAndTakesAPlus) {
 }
 
 TEST(UtilsXmlValue, GetUInt32KeepsTheLowBitsOfTheConversion) {
-  EXPECT_EQ(readUInt32("-1"), 0xFFFFFFFFu);          // negated in unsigned arithmetic
+  EXPECT_EQ(readUInt32("-1"), 0xFFFFFFFFu);  // negated in unsigned arithmetic
   EXPECT_EQ(readUInt32("-2"), 0xFFFFFFFEu);
-  EXPECT_EQ(readUInt32("4294967296"), 0u);            // 2^32: low bits zero
+  EXPECT_EQ(readUInt32("4294967296"), 0u);  // 2^32: low bits zero
   EXPECT_EQ(readUInt32("4294967301"), 5u);
   EXPECT_EQ(readUInt32("99999999999999999999"), 0xFFFFFFFFu);  // out of range: the largest value
 }

@@ -40,8 +40,8 @@ inline void (*volatile g_fnFree)(void*) = &std::free;
 inline void* (*volatile g_fnRealloc)(void*, std::size_t) = &std::realloc;
 
 // For tests that need the real interception.
-#define HEAP_SKIP_WITHOUT_INTERCEPTION()                                              \
-  if (!::TestSuite::HeapHooks::IsAvailable())                                           \
+#define HEAP_SKIP_WITHOUT_INTERCEPTION()                                             \
+  if (!::TestSuite::HeapHooks::IsAvailable())                                        \
   GTEST_SKIP() << "this build's sanitizer replaces the allocator: malloc, free and " \
                   "realloc are not intercepted"
 

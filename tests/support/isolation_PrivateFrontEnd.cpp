@@ -4,12 +4,12 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "run/external/ExternalObjectName.h"
 #include "foundation/CString.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/ZoUniqueId.h"
 #include "foundation/platform/NamedSemaphore.h"
 #include "foundation/platform/SharedMemory.h"
+#include "run/external/ExternalObjectName.h"
 
 namespace fs = std::filesystem;
 

@@ -32,11 +32,13 @@ class QueryModesTest : public ::testing::Test {
   // "sub/Beta": b1 b2, b2 disabled, two contacts; "Zulu": z1, none disabled.
   void MakeTree() {
     m_alpha = m_tree.Class(L"Alpha", {"a1", "a2", "a3", "a4", "a5"});
-    m_tree.ExtraInfo(L"Alpha", "<ExtraInfo><TestCase name=\"a2\"><Enable>false</Enable></TestCase>"
-                                "<TestCase name=\"a4\"><Enable>false</Enable></TestCase></ExtraInfo>");
+    m_tree.ExtraInfo(L"Alpha",
+                     "<ExtraInfo><TestCase name=\"a2\"><Enable>false</Enable></TestCase>"
+                     "<TestCase name=\"a4\"><Enable>false</Enable></TestCase></ExtraInfo>");
     m_beta = m_tree.Class(L"sub/Beta", {"b1", "b2"});
-    m_tree.ExtraInfo(L"sub/Beta", "<ExtraInfo><Contact><Name>Bea</Name></Contact><Contact><Name>Zweite</Name>"
-                                  "</Contact><TestCase name=\"b2\"><Enable>false</Enable></TestCase></ExtraInfo>");
+    m_tree.ExtraInfo(L"sub/Beta",
+                     "<ExtraInfo><Contact><Name>Bea</Name></Contact><Contact><Name>Zweite</Name>"
+                     "</Contact><TestCase name=\"b2\"><Enable>false</Enable></TestCase></ExtraInfo>");
     m_zulu = m_tree.Class(L"Zulu", {"z1"});
   }
 
@@ -95,10 +97,11 @@ TEST_F(QueryModesTest, CollectionWarningsComeAheadOfTheListing) {
 
 TEST_F(QueryModesTest, ListDisabledShowsEachClassWithItsFirstContactOrUnbekannt) {
   MakeTree();
-  EXPECT_EQ(ListDisabled(), L"Alpha (Unbekannt):\n    (1/2) a2\n    (2/2) a4\n\n"
-                            L"Beta (Bea):\n    (1/1) b2\n\n"
-                            L"Durchsuchtes Datenverzeichnis: " + m_tree.Path() +
-                            L"\nKlassen mit deaktivierten Fällen: 2 von 3\nDeaktivierte Fälle: 3 von 8\n");
+  EXPECT_EQ(ListDisabled(),
+            L"Alpha (Unbekannt):\n    (1/2) a2\n    (2/2) a4\n\n"
+            L"Beta (Bea):\n    (1/1) b2\n\n"
+            L"Durchsuchtes Datenverzeichnis: " +
+                m_tree.Path() + L"\nKlassen mit deaktivierten Fällen: 2 von 3\nDeaktivierte Fälle: 3 von 8\n");
 }
 
 TEST_F(QueryModesTest, ListDisabledWithNothingDisabledPrintsOnlyTheClosingLines) {
@@ -113,9 +116,10 @@ TEST_F(QueryModesTest, ListDisabledIsNarrowedBySelectionAndFilters) {
   TestSuite::SPatternFilter filter;
   filter.regex = std::wregex(L"Beta");
   m_setup.collectOptions.filters.Add(filter);
-  EXPECT_EQ(ListDisabled(), L"Beta (Bea):\n    (1/1) b2\n\n"
-                            L"Durchsuchtes Datenverzeichnis: " + m_tree.Path() +
-                            L"\nKlassen mit deaktivierten Fällen: 1 von 1\nDeaktivierte Fälle: 1 von 2\n");
+  EXPECT_EQ(ListDisabled(),
+            L"Beta (Bea):\n    (1/1) b2\n\n"
+            L"Durchsuchtes Datenverzeichnis: " +
+                m_tree.Path() + L"\nKlassen mit deaktivierten Fällen: 1 von 1\nDeaktivierte Fälle: 1 von 2\n");
 }
 
 TEST_F(QueryModesTest, ListDisabledOfAnEmptyTreeGivesZeros) {

@@ -1,7 +1,7 @@
 #include <nlohmann/json.hpp>
-
 #include <thread>
 
+#include "BuiltInWiring.inc"
 #include "ZoTestSuiteEnvironment.h"
 #include "core/WiringContainer.h"
 #include "foundation/WrCProduct.h"
@@ -19,8 +19,6 @@
 #include "foundation/platform/Library.h"
 #include "services/CHeapTracker.h"
 #include "services/COut.h"
-
-#include "BuiltInWiring.inc"
 
 namespace TestSuite {
 

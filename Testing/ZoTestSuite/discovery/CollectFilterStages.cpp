@@ -10,18 +10,19 @@
 // is dropped. So with filters alone only what a filter positively included
 // survives, and a selection file that cannot be read, with no filters,
 // leaves nothing.
+#include "discovery/CollectFilterStages.h"
+
 #include <optional>
 #include <string>
 #include <unordered_map>
 
-#include "discovery/CollectFilterStages.h"
 #include "discovery/SelectionStore.h"
 
 namespace TestSuite {
 namespace {
 
 std::optional<XbArray<EFilterResult>> selectionTable(const XbArray<SUnitTest>& unitTests, const CTree& tree,
-                                                    const SCollectOptions& options) {
+                                                     const SCollectOptions& options) {
   std::unique_ptr<CSelectionStore::SData> data = CSelectionStore::Read(options.sSelectionFile);
   if (!data) return std::nullopt;
   const CSelectionStore store(std::move(data));

@@ -8,9 +8,9 @@
 #include <algorithm>
 #include <memory>
 
+#include "ZoTestSuiteTree.h"
 #include "discovery/CollectFilterStages.h"
 #include "discovery/ExtraInfo.h"
-#include "ZoTestSuiteTree.h"
 #include "foundation/UnitTestFactory.h"
 #include "foundation/XbRTTI.h"
 #include "foundation/ZoColorRGBA.h"
@@ -36,9 +36,7 @@ void warn(const wchar_t* format, const CString& className) {
 std::unique_ptr<ZoUnitTest> createInstance(const CString& className) {
   try {
     return CreateUnitTestInstance(className);
-  } catch (...) {
-    return nullptr;
-  }
+  } catch (...) { return nullptr; }
 }
 
 // Appends a case per subtest of the instance. An exception while a name is
@@ -71,8 +69,8 @@ void dropDisabledCases(SUnitTest& unitTest) {
 // Examines one directory (`dir` ends in '/', `name` is its leaf). A directory
 // that is no test class goes onto the work list to be searched; a test class
 // with at least one case goes into the result.
-void examineDirectory(const CString& dir, const CString& name, bool bDropDisabled,
-                      XbArray<SUnitTest>& result, XbArray<CString>& workList) {
+void examineDirectory(const CString& dir, const CString& name, bool bDropDisabled, XbArray<SUnitTest>& result,
+                      XbArray<CString>& workList) {
   const XbRTTI* pRtti = XbRTTI::Find(name);
   if (!pRtti || !pRtti->IsKindOf(ZoUnitTest::RTTI)) {
     workList.Add(dir);
@@ -91,10 +89,8 @@ void examineDirectory(const CString& dir, const CString& name, bool bDropDisable
   unitTest.Name = name;
   unitTest.DataDir = dir;
   const std::unique_ptr<ZoUnitTest> instance = createInstance(name);
-  if (instance)
-    listCases(*instance, unitTest);
-  else
-    warn(L"Warnung: Fehler beim Instanzieren von Unittest %s.\n", name);
+  if (instance) listCases(*instance, unitTest);
+  else warn(L"Warnung: Fehler beim Instanzieren von Unittest %s.\n", name);
 
   ReadExtraInfo(dir, unitTest);
   if (bDropDisabled) dropDisabledCases(unitTest);

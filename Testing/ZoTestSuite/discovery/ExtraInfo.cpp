@@ -116,12 +116,9 @@ void ReadExtraInfo(const CString& dataDir, SUnitTest& unitTest) {
     const XMLNode child = root.getChildNode(i);
     const char* name = child.getName();
     const char* elementName = name ? name : "";
-    if (std::strcmp(elementName, "Contact") == 0)
-      unitTest.Contacts.Add(readContact(child));
-    else if (std::strcmp(elementName, "TestCase") == 0)
-      testCaseElements.Add(child);
-    else
-      warn(L"Warnung XML '%s': Unbekanntes Element '%s'.\n", unitTest.Name, widen(elementName));
+    if (std::strcmp(elementName, "Contact") == 0) unitTest.Contacts.Add(readContact(child));
+    else if (std::strcmp(elementName, "TestCase") == 0) testCaseElements.Add(child);
+    else warn(L"Warnung XML '%s': Unbekanntes Element '%s'.\n", unitTest.Name, widen(elementName));
   }
   if (!testCaseElements.IsEmpty()) applyTestCases(testCaseElements, unitTest);
 }

@@ -58,8 +58,7 @@ XbArray<EFilterResult> ComputeFilterTable(const XbArray<SUnitTest>& unitTests, c
   return table;
 }
 
-void PurgeTestCases(XbArray<SUnitTest>& unitTests, const CTree& tree, XbArray<EFilterResult> table,
-                    bool bKeepNeutral) {
+void PurgeTestCases(XbArray<SUnitTest>& unitTests, const CTree& tree, XbArray<EFilterResult> table, bool bKeepNeutral) {
   XbArray<SUnitTest> old = std::move(unitTests);
   unitTests.RemoveAll();
 

@@ -58,8 +58,7 @@ std::unique_ptr<CSelectionStore::SData> readFile(const CString& path) {
     if (!hasName(unitTest, "UnitTest")) return nullptr;
     CSelectionStore::SData::SUnitTestSelection unitTestSelection;
     unitTestSelection.sName = widen(unitTest.getAttribute("name"));
-    if (!readDefault(unitTest, unitTestSelection.eDefault) || !readCases(unitTest, unitTestSelection))
-      return nullptr;
+    if (!readDefault(unitTest, unitTestSelection.eDefault) || !readCases(unitTest, unitTestSelection)) return nullptr;
     data->unitTests.Add(std::move(unitTestSelection));
   }
   return data;
@@ -75,11 +74,10 @@ void writeUnitTest(ZoStreamWriteASCIIFile& file, const CSelectionStore::SData::S
                          defaultText(unitTest.eDefault));
     return;
   }
-  file << FormatString(L"\t\t<UnitTest name=\"%s\" default=\"%s\">\n", unitTest.sName,
-                       defaultText(unitTest.eDefault));
+  file << FormatString(L"\t\t<UnitTest name=\"%s\" default=\"%s\">\n", unitTest.sName, defaultText(unitTest.eDefault));
   for (const CSelectionStore::SData::SCaseSelection& testCase : unitTest.cases)
-    file << FormatString(L"\t\t\t<TestCase name=\"%s\" select=\"%s\"/>\n",
-                         Utils::CMarkupWriter::Clean(testCase.sName), testCase.bSelect ? L"true" : L"false");
+    file << FormatString(L"\t\t\t<TestCase name=\"%s\" select=\"%s\"/>\n", Utils::CMarkupWriter::Clean(testCase.sName),
+                         testCase.bSelect ? L"true" : L"false");
   file << L"\t\t</UnitTest>\n";
 }
 
@@ -109,9 +107,7 @@ std::unique_ptr<CSelectionStore::SData> CSelectionStore::Read(const CString& pat
   try {
     if (!ZoFileSystem::Exists(path) || ZoFileSystem::GetFileSize(path) == 0) return nullptr;
     return readFile(path);
-  } catch (...) {
-    return nullptr;
-  }
+  } catch (...) { return nullptr; }
 }
 
 void CSelectionStore::Write(const SData& data, const CString& path) {

@@ -158,8 +158,7 @@ void CTree::Build(const XbArray<SUnitTest>& unitTests) {
   }
 }
 
-void CTree::buildRecursive(const CComponentLists& paths, const SRange& range, unsigned int level,
-                           unsigned int node) {
+void CTree::buildRecursive(const CComponentLists& paths, const SRange& range, unsigned int level, unsigned int node) {
   if (range.uiBegin >= paths.GetEntryCount()) return;
   const unsigned int last = paths.GetCount(range.uiBegin) - 1;
   if (level == last) {
@@ -201,8 +200,7 @@ void CTree::buildRecursive(const CComponentLists& paths, const SRange& range, un
 // The node is a class: its cases are the entries whose case name stands at
 // this level. Deeper entries of the range are skipped here, and Build then
 // finds the case count short.
-void CTree::addClassCases(const CComponentLists& paths, const SRange& range, unsigned int level,
-                          unsigned int node) {
+void CTree::addClassCases(const CComponentLists& paths, const SRange& range, unsigned int level, unsigned int node) {
   if (m_nodes[node].eType != UnitTest) {
     SNode& classNode = m_nodes[node];
     classNode.eType = UnitTest;

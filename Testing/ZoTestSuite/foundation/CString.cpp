@@ -21,13 +21,23 @@ bool decodeUtf8(std::string_view in, std::wstring& out) {
   std::size_t i = 0;
   while (i < in.size()) {
     const auto b0 = static_cast<unsigned char>(in[i]);
-    if (b0 < 0x80) { out += static_cast<wchar_t>(b0); ++i; continue; }
+    if (b0 < 0x80) {
+      out += static_cast<wchar_t>(b0);
+      ++i;
+      continue;
+    }
     int extra;
     char32_t cp;
-    if (b0 >= 0xC2 && b0 <= 0xDF) { extra = 1; cp = b0 & 0x1F; }
-    else if (b0 >= 0xE0 && b0 <= 0xEF) { extra = 2; cp = b0 & 0x0F; }
-    else if (b0 >= 0xF0 && b0 <= 0xF4) { extra = 3; cp = b0 & 0x07; }
-    else return false;
+    if (b0 >= 0xC2 && b0 <= 0xDF) {
+      extra = 1;
+      cp = b0 & 0x1F;
+    } else if (b0 >= 0xE0 && b0 <= 0xEF) {
+      extra = 2;
+      cp = b0 & 0x0F;
+    } else if (b0 >= 0xF0 && b0 <= 0xF4) {
+      extra = 3;
+      cp = b0 & 0x07;
+    } else return false;
     if (i + static_cast<std::size_t>(extra) >= in.size()) return false;
     for (int k = 1; k <= extra; ++k) {
       const auto b = static_cast<unsigned char>(in[i + static_cast<std::size_t>(k)]);
@@ -68,9 +78,7 @@ std::uint32_t firstUtf16Unit(wchar_t ch) {
   return 0xD800 + ((c - 0x10000) >> 10);
 }
 
-std::uint32_t secondUtf16Unit(wchar_t ch) {
-  return 0xDC00 + ((static_cast<std::uint32_t>(ch) - 0x10000) & 0x3FF);
-}
+std::uint32_t secondUtf16Unit(wchar_t ch) { return 0xDC00 + ((static_cast<std::uint32_t>(ch) - 0x10000) & 0x3FF); }
 
 }  // namespace
 
@@ -167,7 +175,10 @@ int CString::Replace(const wchar_t* oldText, const wchar_t* newText) {
 int CString::Replace(wchar_t oldCh, wchar_t newCh) {
   int count = 0;
   for (auto& ch : m_s)
-    if (ch == oldCh) { ch = newCh; ++count; }
+    if (ch == oldCh) {
+      ch = newCh;
+      ++count;
+    }
   return count;
 }
 
@@ -185,8 +196,7 @@ int CString::Insert(int index, const wchar_t* text) {
 
 int CString::Delete(int index, int count) {
   index = std::max(index, 0);  // a negative start deletes from the beginning
-  if (index < GetLength() && count > 0)
-    m_s.erase(static_cast<std::size_t>(index), static_cast<std::size_t>(count));
+  if (index < GetLength() && count > 0) m_s.erase(static_cast<std::size_t>(index), static_cast<std::size_t>(count));
   return GetLength();
 }
 

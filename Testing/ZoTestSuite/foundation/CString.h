@@ -113,9 +113,18 @@ class CString {
   void FormatV(const wchar_t* format, FormatArgs args);
   void AppendFormatV(const wchar_t* format, FormatArgs args);
 
-  CString& operator+=(const CString& other) { m_s += other.m_s; return *this; }
-  CString& operator+=(const wchar_t* other) { m_s += other ? other : L""; return *this; }
-  CString& operator+=(wchar_t ch) { m_s += ch; return *this; }
+  CString& operator+=(const CString& other) {
+    m_s += other.m_s;
+    return *this;
+  }
+  CString& operator+=(const wchar_t* other) {
+    m_s += other ? other : L"";
+    return *this;
+  }
+  CString& operator+=(wchar_t ch) {
+    m_s += ch;
+    return *this;
+  }
 
   friend CString operator+(const CString& a, const CString& b) { return CString(a.m_s + b.m_s); }
   friend CString operator+(const CString& a, const wchar_t* b) { return CString(a.m_s + (b ? b : L"")); }
@@ -150,29 +159,44 @@ SFormatArg SFormatArg::Make(const T& value) {
   using D = std::decay_t<T>;
   SFormatArg a;
   if constexpr (std::is_same_v<D, CString>) {
-    a.eKind = EKind::WideText; a.ws = value.GetString(); a.uiLength = value.Str().size();
+    a.eKind = EKind::WideText;
+    a.ws = value.GetString();
+    a.uiLength = value.Str().size();
   } else if constexpr (std::is_same_v<D, std::wstring> || std::is_same_v<D, std::wstring_view>) {
-    a.eKind = EKind::WideText; a.ws = value.data(); a.uiLength = value.size();
+    a.eKind = EKind::WideText;
+    a.ws = value.data();
+    a.uiLength = value.size();
   } else if constexpr (std::is_same_v<D, std::string> || std::is_same_v<D, std::string_view>) {
-    a.eKind = EKind::NarrowText; a.ns = value.data(); a.uiLength = value.size();
+    a.eKind = EKind::NarrowText;
+    a.ns = value.data();
+    a.uiLength = value.size();
   } else if constexpr (std::is_same_v<D, const wchar_t*> || std::is_same_v<D, wchar_t*>) {
     const wchar_t* text = value;  // an array decays here
-    a.eKind = EKind::WideText; a.ws = text; a.uiLength = text ? std::wcslen(text) : 0;
+    a.eKind = EKind::WideText;
+    a.ws = text;
+    a.uiLength = text ? std::wcslen(text) : 0;
   } else if constexpr (std::is_same_v<D, const char*> || std::is_same_v<D, char*>) {
     const char* text = value;
-    a.eKind = EKind::NarrowText; a.ns = text; a.uiLength = text ? std::char_traits<char>::length(text) : 0;
+    a.eKind = EKind::NarrowText;
+    a.ns = text;
+    a.uiLength = text ? std::char_traits<char>::length(text) : 0;
   } else if constexpr (std::is_same_v<D, std::nullptr_t>) {
-    a.eKind = EKind::Pointer; a.p = nullptr;
+    a.eKind = EKind::Pointer;
+    a.p = nullptr;
   } else if constexpr (std::is_pointer_v<D>) {
-    a.eKind = EKind::Pointer; a.p = static_cast<const void*>(value);
+    a.eKind = EKind::Pointer;
+    a.p = static_cast<const void*>(value);
   } else if constexpr (std::is_enum_v<D>) {
     return Make(static_cast<std::underlying_type_t<D>>(value));
   } else if constexpr (std::is_floating_point_v<D>) {
-    a.eKind = EKind::Floating; a.d = static_cast<double>(value);
+    a.eKind = EKind::Floating;
+    a.d = static_cast<double>(value);
   } else if constexpr (std::is_integral_v<D> && std::is_signed_v<D>) {
-    a.eKind = EKind::Signed; a.i = static_cast<std::int64_t>(value);
+    a.eKind = EKind::Signed;
+    a.i = static_cast<std::int64_t>(value);
   } else if constexpr (std::is_integral_v<D>) {
-    a.eKind = EKind::Unsigned; a.u = static_cast<std::uint64_t>(value);
+    a.eKind = EKind::Unsigned;
+    a.u = static_cast<std::uint64_t>(value);
   } else {
     static_assert(sizeof(D) == 0, "CString::Format: argument type has no format kind");
   }

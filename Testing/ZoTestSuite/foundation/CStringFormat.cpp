@@ -49,7 +49,11 @@ class CArgReader {
 
 const wchar_t* parseNumber(const wchar_t* p, int& value, CArgReader& reader, bool& fromArg) {
   fromArg = false;
-  if (*p == L'*') { value = reader.NextInt(); fromArg = true; return p + 1; }
+  if (*p == L'*') {
+    value = reader.NextInt();
+    fromArg = true;
+    return p + 1;
+  }
   value = 0;
   while (*p >= L'0' && *p <= L'9') value = value * 10 + (*p++ - L'0');
   return p;
@@ -61,12 +65,29 @@ const wchar_t* parseLength(const wchar_t* p, SSpec& spec) {
     spec.iBits = p[1] == L'6' ? 64 : 32;
     return p + 3;
   }
-  if (starts(L"ll")) { spec.iBits = 64; return p + 2; }
-  if (starts(L"hh")) { spec.iBits = 8; spec.bWideText = false; return p + 2; }
+  if (starts(L"ll")) {
+    spec.iBits = 64;
+    return p + 2;
+  }
+  if (starts(L"hh")) {
+    spec.iBits = 8;
+    spec.bWideText = false;
+    return p + 2;
+  }
   switch (*p) {
-    case L'I': case L'z': case L'j': case L't': spec.iBits = 64; return p + 1;
-    case L'h': spec.iBits = 16; spec.bWideText = false; return p + 1;
-    case L'l': case L'w': spec.bWideText = true; spec.iBits = 32; return p + 1;
+    case L'I':
+    case L'z':
+    case L'j':
+    case L't': spec.iBits = 64; return p + 1;
+    case L'h':
+      spec.iBits = 16;
+      spec.bWideText = false;
+      return p + 1;
+    case L'l':
+    case L'w':
+      spec.bWideText = true;
+      spec.iBits = 32;
+      return p + 1;
     case L'L': return p + 1;
     default: return p;
   }
@@ -78,7 +99,10 @@ const wchar_t* parseSpec(const wchar_t* p, SSpec& spec, CArgReader& reader) {
   bool fromArg;
   if (*p == L'*' || (*p >= L'0' && *p <= L'9')) {
     p = parseNumber(p, spec.iWidth, reader, fromArg);
-    if (fromArg && spec.iWidth < 0) { spec.sFlags += L'-'; spec.iWidth = -spec.iWidth; }
+    if (fromArg && spec.iWidth < 0) {
+      spec.sFlags += L'-';
+      spec.iWidth = -spec.iWidth;
+    }
   }
   if (*p == L'.') {
     p = parseNumber(p + 1, spec.iPrecision, reader, fromArg);
@@ -155,8 +179,8 @@ std::wstring renderText(const SSpec& spec, const SFormatArg& a) {
 
 std::wstring renderChar(const SSpec& spec, const SFormatArg& a) {
   if (a.eKind != EKind::Signed && a.eKind != EKind::Unsigned) formatError();
-  const auto ch = spec.bWideText ? static_cast<wchar_t>(a.u & 0xFFFFFFFF)
-                                 : static_cast<wchar_t>(static_cast<unsigned char>(a.u));
+  const auto ch =
+      spec.bWideText ? static_cast<wchar_t>(a.u & 0xFFFFFFFF) : static_cast<wchar_t>(static_cast<unsigned char>(a.u));
   SSpec plain = spec;
   plain.iPrecision = -1;
   return fmt::sprintf(plain.Piece(L's'), std::wstring(1, ch));
@@ -181,13 +205,25 @@ std::wstring renderFloating(const SSpec& spec, const SFormatArg& a) {
 std::wstring render(const SSpec& spec, CArgReader& reader) {
   const SFormatArg& a = reader.Next();
   switch (spec.cConversion) {
-    case L'd': case L'i': return renderSigned(spec, a);
-    case L'u': case L'o': case L'x': case L'X': return renderUnsigned(spec, a);
-    case L's': case L'S': return renderText(spec, a);
-    case L'c': case L'C': return renderChar(spec, a);
+    case L'd':
+    case L'i': return renderSigned(spec, a);
+    case L'u':
+    case L'o':
+    case L'x':
+    case L'X': return renderUnsigned(spec, a);
+    case L's':
+    case L'S': return renderText(spec, a);
+    case L'c':
+    case L'C': return renderChar(spec, a);
     case L'p': return renderPointer(spec, a);
-    case L'f': case L'F': case L'e': case L'E': case L'g': case L'G': case L'a': case L'A':
-      return renderFloating(spec, a);
+    case L'f':
+    case L'F':
+    case L'e':
+    case L'E':
+    case L'g':
+    case L'G':
+    case L'a':
+    case L'A': return renderFloating(spec, a);
     default: formatError();
   }
 }
@@ -210,8 +246,15 @@ void CString::AppendFormatV(const wchar_t* format, FormatArgs args) {
   CArgReader reader(args);
   std::wstring out;
   for (const wchar_t* p = format; *p;) {
-    if (*p != L'%') { out += *p++; continue; }
-    if (p[1] == L'%') { out += L'%'; p += 2; continue; }
+    if (*p != L'%') {
+      out += *p++;
+      continue;
+    }
+    if (p[1] == L'%') {
+      out += L'%';
+      p += 2;
+      continue;
+    }
     SSpec spec;
     p = parseSpec(p + 1, spec, reader);
     out += render(spec, reader);

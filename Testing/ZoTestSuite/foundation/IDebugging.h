@@ -13,7 +13,10 @@ class IDebugging {
  public:
   // A short text for people on what `key` does in this class; the system
   // itself never asks.
-  virtual CString GetOptionDescription(int key) const { (void)key; return CString(); }
+  virtual CString GetOptionDescription(int key) const {
+    (void)key;
+    return CString();
+  }
   virtual bool SupportsOption(int key) = 0;
   virtual void SetOption(int key, bool value) = 0;
 

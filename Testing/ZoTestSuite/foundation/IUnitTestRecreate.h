@@ -12,7 +12,10 @@ class IUnitTestRecreate {
  public:
   // A short text for people on what recreating `subtest` renews; the system
   // itself never asks.
-  virtual CString GetRecreateDescription(unsigned int subtest) const { (void)subtest; return CString(); }
+  virtual CString GetRecreateDescription(unsigned int subtest) const {
+    (void)subtest;
+    return CString();
+  }
   virtual bool CanRecreate(unsigned int subtest) = 0;
   // Writes new reference data for `subtest`. The result is for the class's
   // own use; the system ignores it.

@@ -22,10 +22,18 @@ class XbArray {
   bool IsEmpty() const { return m_items.empty(); }
 
   // Appends and returns the index of the new element.
-  unsigned int Add(const T& item) { m_items.push_back(item); return GetCount() - 1; }
-  unsigned int Add(T&& item) { m_items.push_back(std::move(item)); return GetCount() - 1; }
+  unsigned int Add(const T& item) {
+    m_items.push_back(item);
+    return GetCount() - 1;
+  }
+  unsigned int Add(T&& item) {
+    m_items.push_back(std::move(item));
+    return GetCount() - 1;
+  }
   template <typename... Args>
-  T& Emplace(Args&&... args) { return m_items.emplace_back(std::forward<Args>(args)...); }
+  T& Emplace(Args&&... args) {
+    return m_items.emplace_back(std::forward<Args>(args)...);
+  }
   void Append(const XbArray& other) { m_items.insert(m_items.end(), other.m_items.begin(), other.m_items.end()); }
   void InsertAt(unsigned int index, const T& item) { m_items.insert(m_items.begin() + index, item); }
   void RemoveAt(unsigned int index, unsigned int count = 1) {

@@ -97,8 +97,8 @@ class XbRTTIRegistrar {
 // In one source file: defines the record and registers the class under its
 // name as written. The class can be created by the registry if it is not
 // abstract and has a public default constructor.
-#define XB_IMPLEMENT_DYNCREATE(ClassName, BaseClassName)                                             \
+#define XB_IMPLEMENT_DYNCREATE(ClassName, BaseClassName)                                                      \
   static_assert(std::is_base_of_v<BaseClassName, ClassName>, #ClassName " must derive from " #BaseClassName); \
-  const XbRTTI ClassName::RTTI(L"" #ClassName, &BaseClassName::RTTI, XbRTTI::CreatorOf<ClassName>(),   \
-                               XbRTTI::InstanceTestOf<ClassName>());                                   \
+  const XbRTTI ClassName::RTTI(L"" #ClassName, &BaseClassName::RTTI, XbRTTI::CreatorOf<ClassName>(),          \
+                               XbRTTI::InstanceTestOf<ClassName>());                                          \
   static const XbRTTIRegistrar XB_RTTI_CONCAT(s_xbRTTIRegistrar_, __COUNTER__)(ClassName::RTTI)

@@ -11,12 +11,18 @@ class XbStreamWriteASCIIT {
  public:
   virtual ~XbStreamWriteASCIIT() = default;
 
-  XbStreamWriteASCIIT& operator<<(const TString& text) { Write(text.GetString(), text.GetLength()); return *this; }
+  XbStreamWriteASCIIT& operator<<(const TString& text) {
+    Write(text.GetString(), text.GetLength());
+    return *this;
+  }
   XbStreamWriteASCIIT& operator<<(const wchar_t* text) {
     if (text) Write(text, static_cast<int>(std::wcslen(text)));
     return *this;
   }
-  XbStreamWriteASCIIT& operator<<(wchar_t ch) { Write(&ch, 1); return *this; }
+  XbStreamWriteASCIIT& operator<<(wchar_t ch) {
+    Write(&ch, 1);
+    return *this;
+  }
   // Numbers in decimal.
   XbStreamWriteASCIIT& operator<<(std::int64_t value) { return *this << FormatString(L"%I64d", value); }
   XbStreamWriteASCIIT& operator<<(std::uint64_t value) { return *this << FormatString(L"%I64u", value); }

@@ -14,9 +14,7 @@ void XbTask::Run() {
   std::exception_ptr error;
   try {
     if (m_fnWork) m_fnWork();
-  } catch (...) {
-    error = std::current_exception();
-  }
+  } catch (...) { error = std::current_exception(); }
   // Notified under the lock: a waiter may destroy the task as soon as it
   // sees it done.
   std::lock_guard lock(m_mutex);

@@ -6,7 +6,8 @@
 XbTimer::XbTimer(unsigned int resolution) : XbTimer(resolution, &XbTimer::MonotonicNanoseconds) {}
 
 XbTimer::XbTimer(unsigned int resolution, FnClock clock)
-    : m_uiResolution(resolution ? resolution : 1), m_fnClock(clock ? clock : &XbTimer::MonotonicNanoseconds),
+    : m_uiResolution(resolution ? resolution : 1),
+      m_fnClock(clock ? clock : &XbTimer::MonotonicNanoseconds),
       m_iStart(m_fnClock()) {}
 
 void XbTimer::Restart() { m_iStart = m_fnClock(); }

@@ -16,8 +16,7 @@ void ZoAssertDialog::Enable(bool enable) { s_bEnabled.store(enable); }
 bool ZoAssertDialog::IsEnabled() { return s_bEnabled.load(); }
 
 void ZoAssertDialog::Fail(const char* condition, const char* file, int line) {
-  std::fprintf(stderr, "Assertion failed: %s, file %s, line %d\n", condition ? condition : "",
-               file ? file : "", line);
+  std::fprintf(stderr, "Assertion failed: %s, file %s, line %d\n", condition ? condition : "", file ? file : "", line);
   std::fflush(stderr);
   if (IsEnabled()) ZoPlatform::System::RaiseTrap();
 }

@@ -19,7 +19,7 @@ class ZoAssertDialog {
 };
 
 // Checks `cond` in every build; see ZoAssertDialog for what a failure does.
-#define ZO_ASSERT(cond)                                        \
-  do {                                                         \
+#define ZO_ASSERT(cond)                                           \
+  do {                                                            \
     if (!(cond)) ZoAssertDialog::Fail(#cond, __FILE__, __LINE__); \
   } while (false)

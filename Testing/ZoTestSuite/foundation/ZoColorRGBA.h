@@ -25,7 +25,7 @@ class ZoColorRGBA {
   static const ZoColorRGBA c_GOLDENROD;  // warning
   static const ZoColorRGBA c_GRAY;       // note
   static const ZoColorRGBA c_BLUE;
-  static const ZoColorRGBA c_DARKBLUE;   // heading
+  static const ZoColorRGBA c_DARKBLUE;  // heading
 
  private:
   std::uint8_t m_r = 0, m_g = 0, m_b = 0, m_a = 0;

@@ -11,11 +11,11 @@ class ZoFileSystem {
  public:
   // Special directories; each path GetDirectory gives ends in '/'.
   enum ESpecialDirectory : int {
-    eTemporary = 0,        // $TMPDIR, else /tmp/
-    eDocuments = 5,        // root of the default report directory
-    eLocalAppData = 6,     // per-user application data
-    eDebugOutputRoot = 16, // temporary directory + "ZoTestSuiteDebug/"
-    eExecutable = 18,      // directory of the running executable
+    eTemporary = 0,         // $TMPDIR, else /tmp/
+    eDocuments = 5,         // root of the default report directory
+    eLocalAppData = 6,      // per-user application data
+    eDebugOutputRoot = 16,  // temporary directory + "ZoTestSuiteDebug/"
+    eExecutable = 18,       // directory of the running executable
   };
 
   struct SEntry {

@@ -17,9 +17,7 @@ bool ZoMessageDispatcher::Start() {
   if (m_thread.joinable()) m_thread.join();  // ended in an earlier shut-down
   try {
     m_thread = std::thread([this] { dispatch(); });
-  } catch (const std::system_error&) {
-    return false;
-  }
+  } catch (const std::system_error&) { return false; }
   m_eState = EState::eRunning;
   return true;
 }

@@ -29,8 +29,7 @@ std::uint64_t finalMix(std::uint64_t k) {
 
 }  // namespace
 
-ZoMurmurHash3::S128 ZoMurmurHash3::GetOptimizedChecksum128(const void* data, unsigned int length,
-                                                           unsigned int seed) {
+ZoMurmurHash3::S128 ZoMurmurHash3::GetOptimizedChecksum128(const void* data, unsigned int length, unsigned int seed) {
   const auto* bytes = static_cast<const unsigned char*>(data);
   std::uint64_t h1 = seed, h2 = seed;
   const unsigned int blocks = length / 16;

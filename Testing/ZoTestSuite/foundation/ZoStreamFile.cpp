@@ -12,8 +12,7 @@ struct ZoStreamWriteASCIIFile::SImpl {
   std::string line;  // the bytes of one Write, reused
 };
 
-ZoStreamWriteASCIIFile::ZoStreamWriteASCIIFile(const CString& path, int, int, int)
-    : m_impl(std::make_unique<SImpl>()) {
+ZoStreamWriteASCIIFile::ZoStreamWriteASCIIFile(const CString& path, int, int, int) : m_impl(std::make_unique<SImpl>()) {
   // The buffer must be set before the file is opened to take effect.
   m_impl->file.rdbuf()->pubsetbuf(m_impl->buffer.data(), static_cast<std::streamsize>(m_impl->buffer.size()));
   m_impl->file.open(path.ToUtf8(), std::ios::binary | std::ios::out | std::ios::trunc);

@@ -29,9 +29,7 @@ class ZoTimeTracker {
   class CScope {
    public:
     explicit CScope(const wchar_t* name) : m_name(name), m_start(std::chrono::steady_clock::now()) {}
-    ~CScope() {
-      Add(m_name, std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count());
-    }
+    ~CScope() { Add(m_name, std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count()); }
 
    private:
     const wchar_t* m_name;

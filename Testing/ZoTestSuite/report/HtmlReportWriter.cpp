@@ -147,8 +147,8 @@ void writeCaseRow(CMarkupWriter& writer, unsigned int index, const SCaseData& ro
 void writeCaseTable(CMarkupWriter& writer, const SData& data, bool bHideWarnings) {
   writer.WriteElement(L"h2", L"Testcases");
   writer.WriteLineOpen(L"<table id=\"testcases\">");
-  writeHeadRow(writer, {L"Id", L"Test Class Name", L"Test Name", L"Time (sec)", L"Memory (Bytes)",
-                        L"Result Type", L"Info", L"Dump"});
+  writeHeadRow(writer, {L"Id", L"Test Class Name", L"Test Name", L"Time (sec)", L"Memory (Bytes)", L"Result Type",
+                        L"Info", L"Dump"});
   for (unsigned int i = 0; i < data.Cases.GetCount(); ++i) writeCaseRow(writer, i, data.Cases[i], bHideWarnings);
   writer.WriteLineClose(L"</table>");
 }
@@ -169,8 +169,9 @@ void writePage(CMarkupWriter& writer, const SData& data, bool bOmitCaseTable, bo
 }  // namespace
 
 void WriteHtmlHead(CMarkupWriter& writer, bool embedStyle) {
-  writer.WriteLine(L"<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Strict//EN\" "
-                   L"\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-strict.dtd\">");
+  writer.WriteLine(
+      L"<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Strict//EN\" "
+      L"\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-strict.dtd\">");
   writer.WriteLineOpen(L"<html xmlns=\"http://www.w3.org/1999/xhtml\">");
   writer.WriteLineOpen(L"<head>");
   writer.WriteLine(L"<meta http-equiv=\"Content-Type\" content=\"text/html; charset=iso-8859-1\"/>");
@@ -209,9 +210,7 @@ void WriteHtmlReport(const CString& path, const SData& data, bool bOmitCaseTable
       writePage(writer, data, bOmitCaseTable, bHideWarnings);
     }
     WriteReportResourceFiles(Utils::GetPathDirectory(path));
-  } catch (...) {
-    COut::Write(L"HTML-Report %s konnte nicht erzeugt werden.\n", path);
-  }
+  } catch (...) { COut::Write(L"HTML-Report %s konnte nicht erzeugt werden.\n", path); }
 }
 
 }  // namespace TestSuite::Report

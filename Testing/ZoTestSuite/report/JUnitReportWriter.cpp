@@ -101,8 +101,8 @@ void writeCase(CMarkupWriter& writer, const SCaseData& row) {
   if (group != eGroupOk) {
     const wchar_t* element = group == eGroupFailure ? L"failure" : L"error";
     const CString label = GetResultLabel(row.ResultType);
-    writer.WriteLine(FormatString(L"<%s%s%s>%s</%s>", element, attribute(L"type", label),
-                                  attribute(L"message", label), dumpText(row), element));
+    writer.WriteLine(FormatString(L"<%s%s%s>%s</%s>", element, attribute(L"type", label), attribute(L"message", label),
+                                  dumpText(row), element));
   } else if (!row.Dumps.IsEmpty()) {
     writer.WriteLine(FormatString(L"<system-out>%s</system-out>", dumpText(row)));
   }
@@ -114,11 +114,11 @@ void writeCase(CMarkupWriter& writer, const SCaseData& row) {
 void writeSuite(CMarkupWriter& writer, const SData& data, const SSuite& suite, std::size_t id) {
   CString timestamp(data.DateBegin);
   timestamp.Replace(L' ', L'T');
-  writer.WriteLineOpen(FormatString(
-      L"<testsuite%s tests=\"%u\" failures=\"%u\" errors=\"%u\" skipped=\"0\"%s%s%s id=\"%u\">",
-      attribute(L"name", suite.sName), static_cast<unsigned int>(suite.cases.size()), suite.uiFailures,
-      suite.uiErrors, attribute(L"time", seconds(suite.dTime)), attribute(L"timestamp", timestamp),
-      attribute(L"hostname", data.MachineName), static_cast<unsigned int>(id)));
+  writer.WriteLineOpen(
+      FormatString(L"<testsuite%s tests=\"%u\" failures=\"%u\" errors=\"%u\" skipped=\"0\"%s%s%s id=\"%u\">",
+                   attribute(L"name", suite.sName), static_cast<unsigned int>(suite.cases.size()), suite.uiFailures,
+                   suite.uiErrors, attribute(L"time", seconds(suite.dTime)), attribute(L"timestamp", timestamp),
+                   attribute(L"hostname", data.MachineName), static_cast<unsigned int>(id)));
   writeProperties(writer, data);
   for (const SCaseData* row : suite.cases) writeCase(writer, *row);
   writer.WriteLineClose(L"</testsuite>");
@@ -146,9 +146,7 @@ void WriteJUnitReport(const CString& path, const SData& data) {
     std::ofstream file(path.ToUtf8(), std::ios::binary | std::ios::trunc);
     if (!file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush())
       XB_THROW("Report::WriteJUnitReport");
-  } catch (...) {
-    COut::Write(L"JUnit-Report %s konnte nicht erzeugt werden.\n", path);
-  }
+  } catch (...) { COut::Write(L"JUnit-Report %s konnte nicht erzeugt werden.\n", path); }
 }
 
 }  // namespace TestSuite::Report

@@ -62,9 +62,7 @@ void CMarkupWriter::WriteElement(const CString& name, const CString& attributes,
   WriteElement(name, attributes, FormatString(L"%f", value));
 }
 
-void CMarkupWriter::WriteElement(const CString& name, int value) {
-  WriteElement(name, FormatString(L"%d", value));
-}
+void CMarkupWriter::WriteElement(const CString& name, int value) { WriteElement(name, FormatString(L"%d", value)); }
 
 void CMarkupWriter::WriteElement(const CString& name, unsigned int value) {
   WriteElement(name, FormatString(L"%u", value));
@@ -74,9 +72,7 @@ void CMarkupWriter::WriteElement(const CString& name, float value) {
   WriteElement(name, FormatString(L"%f", static_cast<double>(value)));
 }
 
-void CMarkupWriter::WriteElement(const CString& name, double value) {
-  WriteElement(name, FormatString(L"%f", value));
-}
+void CMarkupWriter::WriteElement(const CString& name, double value) { WriteElement(name, FormatString(L"%f", value)); }
 
 void CMarkupWriter::WriteElement(const CString& name, std::int64_t value) {
   WriteElement(name, FormatString(L"%I64i", value));
@@ -88,8 +84,8 @@ void CMarkupWriter::WriteElement(const CString& name, std::uint64_t value) {
 
 bool CMarkupWriter::IsAllowedCharacter(wchar_t c) {
   const auto u = static_cast<std::uint32_t>(c);
-  return u == 0x09 || u == 0x0A || u == 0x0D || (u >= 0x20 && u <= 0x7E) || u == 0x85 ||
-         (u >= 0xA0 && u <= 0xD7FF) || (u >= 0xE000 && u <= 0xFFFC);
+  return u == 0x09 || u == 0x0A || u == 0x0D || (u >= 0x20 && u <= 0x7E) || u == 0x85 || (u >= 0xA0 && u <= 0xD7FF) ||
+         (u >= 0xE000 && u <= 0xFFFC);
 }
 
 namespace {
@@ -120,10 +116,8 @@ CString CMarkupWriter::Clean(const CString& text) {
   result.reserve(text.Str().size());
   for (const wchar_t c : text.Str()) {
     if (!IsAllowedCharacter(c)) continue;
-    if (const wchar_t* entity = entityOf(c))
-      result += entity;
-    else
-      result += c;
+    if (const wchar_t* entity = entityOf(c)) result += entity;
+    else result += c;
   }
   return CString(std::move(result));
 }

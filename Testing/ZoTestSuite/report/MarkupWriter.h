@@ -26,30 +26,30 @@ class CMarkupWriter {
 
   // "Tabs" below is one tab character per level of the current depth. The
   // depth is unsigned and unchecked: closing more than was opened wraps it.
-  void Indent();                              // tabs
-  void Write(const CString& text);            // text only
-  void WriteLine(const CString& text);        // tabs, text, "\n"
-  void WriteOpen(const CString& text);        // tabs, text; then one level deeper
-  void WriteLineOpen(const CString& text);    // tabs, text, "\n"; then one level deeper
-  void WriteClose(const CString& text);       // one level up; then tabs, text
-  void WriteLineClose(const CString& text);   // one level up; then tabs, text, "\n"
+  void Indent();                             // tabs
+  void Write(const CString& text);           // text only
+  void WriteLine(const CString& text);       // tabs, text, "\n"
+  void WriteOpen(const CString& text);       // tabs, text; then one level deeper
+  void WriteLineOpen(const CString& text);   // tabs, text, "\n"; then one level deeper
+  void WriteClose(const CString& text);      // one level up; then tabs, text
+  void WriteLineClose(const CString& text);  // one level up; then tabs, text, "\n"
 
   // One whole element on one line: tabs, then "<name>value</name>\n", or
   // with attributes "<name attributes>value</name>\n". The attribute text
   // goes in as it stands (for example class="x"); nothing is escaped.
   void WriteElement(const CString& name, const CString& value);
   void WriteElement(const CString& name, const CString& attributes, const CString& value);
-  void WriteElement(const CString& name, const CString& attributes, int value);           // "%d"
+  void WriteElement(const CString& name, const CString& attributes, int value);  // "%d"
   // "%d" as well, through the int overload: a value above 0x7FFFFFFF comes
   // out negative. Readers of existing reports rely on that.
   void WriteElement(const CString& name, const CString& attributes, unsigned int value);
-  void WriteElement(const CString& name, const CString& attributes, double value);        // "%f"
-  void WriteElement(const CString& name, int value);                                      // "%d"
-  void WriteElement(const CString& name, unsigned int value);                             // "%u"
-  void WriteElement(const CString& name, float value);                                    // "%f"
-  void WriteElement(const CString& name, double value);                                   // "%f"
-  void WriteElement(const CString& name, std::int64_t value);                             // "%I64i"
-  void WriteElement(const CString& name, std::uint64_t value);                            // "%I64u"
+  void WriteElement(const CString& name, const CString& attributes, double value);  // "%f"
+  void WriteElement(const CString& name, int value);                                // "%d"
+  void WriteElement(const CString& name, unsigned int value);                       // "%u"
+  void WriteElement(const CString& name, float value);                              // "%f"
+  void WriteElement(const CString& name, double value);                             // "%f"
+  void WriteElement(const CString& name, std::int64_t value);                       // "%I64i"
+  void WriteElement(const CString& name, std::uint64_t value);                      // "%I64u"
 
   unsigned int GetDepth() const { return m_uiDepth; }
 

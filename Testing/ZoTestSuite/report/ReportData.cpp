@@ -56,9 +56,8 @@ SBuckets tally(const SCaseCounters& counters) {
 
 CString describeProcessor() {
   using namespace ZoPlatform::Machine;
-  return FormatString(L"Model: %s, Cores: %d, Speed %.3f GHz, Memory %.1f GB",
-                      CString::FromUtf8(GetCPUModelName()), GetLogicalProcessorCount(),
-                      GetCPUSpeedMHz() / 1000.0,
+  return FormatString(L"Model: %s, Cores: %d, Speed %.3f GHz, Memory %.1f GB", CString::FromUtf8(GetCPUModelName()),
+                      GetLogicalProcessorCount(), GetCPUSpeedMHz() / 1000.0,
                       static_cast<double>(GetTotalPhysicalMemory()) * 9.313225746154785e-10);
 }
 

@@ -48,9 +48,8 @@ Run::ECaseResult resultOf(const char* word) {
   static const struct {
     const char* sWord;
     Run::ECaseResult eResult;
-  } c_words[] = {{"UNKNOWN", Run::eCaseUnknown},     {"OK", Run::eCaseOk},
-                 {"ERROR", Run::eCaseError},         {"EXCEPTION", Run::eCaseException},
-                 {"NOINPUT", Run::eCaseNoInput},     {"DIFFERENT", Run::eCaseDifferent},
+  } c_words[] = {{"UNKNOWN", Run::eCaseUnknown},     {"OK", Run::eCaseOk},           {"ERROR", Run::eCaseError},
+                 {"EXCEPTION", Run::eCaseException}, {"NOINPUT", Run::eCaseNoInput}, {"DIFFERENT", Run::eCaseDifferent},
                  {"CANCELED", Run::eCaseCanceled},   {"TIMEOUT", Run::eCaseTimeout}};
   if (word)
     for (const auto& entry : c_words)

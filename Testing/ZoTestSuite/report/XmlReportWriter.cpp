@@ -93,16 +93,16 @@ void writeCase(CMarkupWriter& writer, const SCaseData& row) {
   writer.WriteElement(L"time", row.Time);
   writer.WriteElement(L"memory", row.Memory);
   writer.WriteElement(L"memorydelta", row.MemoryDelta);
-  writer.WriteLineOpen(FormatString(L"<result type=\"%s\"%s>", GetResultWord(row.ResultType),
-                                    row.Warning ? L" warning=\"true\"" : L""));
+  writer.WriteLineOpen(
+      FormatString(L"<result type=\"%s\"%s>", GetResultWord(row.ResultType), row.Warning ? L" warning=\"true\"" : L""));
   for (const SDump& dump : row.Dumps)
     writer.WriteLine(FormatString(L"<dump type=\"%s\">%s</dump>", dump.IsError ? L"error" : L"info", dump.Text));
   writer.WriteLineClose(L"</result>");
   const EResultGroup group = GetResultGroup(row.ResultType);
   if (group != eGroupOk) {
     const wchar_t* element = group == eGroupFailure ? L"failure" : L"error";
-    writer.WriteLine(FormatString(L"<%s message=\"%s\" type=\"%s\"></%s>", element, L"",
-                                  GetResultLabel(row.ResultType), element));
+    writer.WriteLine(
+        FormatString(L"<%s message=\"%s\" type=\"%s\"></%s>", element, L"", GetResultLabel(row.ResultType), element));
   }
   writer.WriteLineClose(L"</testcase>");
 }
@@ -110,9 +110,10 @@ void writeCase(CMarkupWriter& writer, const SCaseData& row) {
 void writeReport(CMarkupWriter& writer, const SData& data) {
   writer.WriteLine(L"<?xml version=\"1.0\" encoding='ISO-8859-1' standalone='yes'?>");
   writer.WriteLine(L"<?xml-stylesheet type=\"text/xsl\" href=\"ZoTestSuiteReport.xsl\"?>");
-  writer.WriteLineOpen(FormatString(L"<testsuite name=\"ZoTestSuite\" tests=\"%d\" errors=\"%d\" failures=\"%d\" "
-                                    L"skip=\"0\">",
-                                    data.CasesTotal, data.Errors, data.Failures));
+  writer.WriteLineOpen(
+      FormatString(L"<testsuite name=\"ZoTestSuite\" tests=\"%d\" errors=\"%d\" failures=\"%d\" "
+                   L"skip=\"0\">",
+                   data.CasesTotal, data.Errors, data.Failures));
   writeSystemInfo(writer, data);
   writeBuildInfo(writer, data);
   writeRunInfo(writer, data);
@@ -130,9 +131,7 @@ void WriteXmlReport(const CString& path, const SData& data) {
     ZoStreamWriteASCIIFile stream(path, 0, 0, 0);
     CMarkupWriter writer(stream);
     writeReport(writer, data);
-  } catch (...) {
-    COut::Write(L"XML-Report %s konnte nicht erzeugt werden.\n", path);
-  }
+  } catch (...) { COut::Write(L"XML-Report %s konnte nicht erzeugt werden.\n", path); }
 }
 
 }  // namespace TestSuite::Report

@@ -6,9 +6,7 @@ namespace TestSuite {
 
 namespace {
 
-bool paramAsBool(const XbVariant& value, bool fallback) {
-  return value.IsBool() ? value.GetBool() : fallback;
-}
+bool paramAsBool(const XbVariant& value, bool fallback) { return value.IsBool() ? value.GetBool() : fallback; }
 
 unsigned int paramAsUInt32(const XbVariant& value, unsigned int fallback) {
   return value.IsUInt32() ? value.GetUInt32() : fallback;

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "run/WorkBuffer.h"
 #include "ZoTestSuite.h"
+#include "run/WorkBuffer.h"
 
 namespace TestSuite {
 
@@ -43,8 +43,7 @@ IWorkBuffer& AcquireWorkBuffer(const CString& sDataDir, const SRunOptions& optio
 
 // Runs one row to its end and fills it.
 void ExecuteCase(const SSetup& setup, const SUnitTest& unitTest, const SUnitTest::SCase& testCase,
-                 const SRunOptions& options, const Run::SCallbacks& callbacks, SCaseContext& context,
-                 SCaseResult& row);
+                 const SRunOptions& options, const Run::SCallbacks& callbacks, SCaseContext& context, SCaseResult& row);
 
 // Runs the case the block describes and writes the outcome into it.
 void RunCaseInBlock(SWorkBlock& block);

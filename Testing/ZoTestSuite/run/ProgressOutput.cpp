@@ -81,9 +81,14 @@ void PrintCaseResult(const SCaseResult& row, bool bShowTimes, bool bShowThreadIn
 CString FormatTime(double x, int digits) {
   if (x == 0.0) return CString(L"0 s");
   const CString number = FormatString(L"%%.%df", digits);
-  struct SUnit { double dScale; const wchar_t* sUnit; };
-  const SUnit unit = x < 1e-6 ? SUnit{1e9, L"ns"} : x < 0.001 ? SUnit{1e6, L"µs"}
-                   : x < 1.0 ? SUnit{1000.0, L"ms"} : SUnit{1.0, L"s"};
+  struct SUnit {
+    double dScale;
+    const wchar_t* sUnit;
+  };
+  const SUnit unit = x < 1e-6    ? SUnit{1e9, L"ns"}
+                     : x < 0.001 ? SUnit{1e6, L"µs"}
+                     : x < 1.0   ? SUnit{1000.0, L"ms"}
+                                 : SUnit{1.0, L"s"};
   return FormatString(number, x * unit.dScale) + unit.sUnit;
 }
 

@@ -13,8 +13,7 @@ namespace {
 void recreateUnguarded(const SUnitTest& unitTest, const SUnitTest::SCase& testCase) {
   std::unique_ptr<ZoUnitTest> test = CreateUnitTestInstance(unitTest.Name);
   if (!test || !test->IsKindOf(ZoUnitTest::RTTI)) {
-    COut::Write(L"\tFehler: Unittest '%s' konnte nicht instanziert werden.\n", unitTest.Name)
-        .Color(ZoColorRGBA::c_RED);
+    COut::Write(L"\tFehler: Unittest '%s' konnte nicht instanziert werden.\n", unitTest.Name).Color(ZoColorRGBA::c_RED);
     return;
   }
   test->SetDataDirectory(unitTest.DataDir);
@@ -34,9 +33,7 @@ void recreateUnguarded(const SUnitTest& unitTest, const SUnitTest::SCase& testCa
 void recreateTestCase(const SUnitTest& unitTest, const SUnitTest::SCase& testCase) {
   try {
     recreateUnguarded(unitTest, testCase);
-  } catch (...) {
-    COut::Write(L"\t\tFehler: Exception während dem Neuerzeugen.\n").Color(ZoColorRGBA::c_RED);
-  }
+  } catch (...) { COut::Write(L"\t\tFehler: Exception während dem Neuerzeugen.\n").Color(ZoColorRGBA::c_RED); }
 }
 
 }  // namespace

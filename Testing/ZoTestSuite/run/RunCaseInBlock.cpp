@@ -3,14 +3,14 @@
 // the same code runs in process and in a child process.
 #include <chrono>
 
-#include "run/CaseExecution.h"
 #include "foundation/IDebugging.h"
 #include "foundation/UnitTestFactory.h"
+#include "foundation/XbSingleton.h"
 #include "foundation/XbStream.h"
 #include "foundation/ZoDebugSerializationGeneric.h"
 #include "foundation/ZoTimeTracker.h"
 #include "foundation/ZoTraceEventManager.h"
-#include "foundation/XbSingleton.h"
+#include "run/CaseExecution.h"
 #include "services/CHeapTracker.h"
 #include "services/Utils.h"
 
@@ -56,9 +56,7 @@ Run::ECaseResult runMeasured(ZoUnitTest& test, const CString& caseName, const SR
     const auto end = std::chrono::steady_clock::now();
     seconds = static_cast<double>(std::chrono::duration_cast<std::chrono::nanoseconds>(end - start).count()) / 1e9;
     return mapResult(result);
-  } catch (...) {
-    return Run::eCaseException;
-  }
+  } catch (...) { return Run::eCaseException; }
 }
 
 // Step 16: the tracker's dump as info lines.
@@ -91,8 +89,8 @@ void RunCaseInBlock(SWorkBlock& block) {
   const XbDateTime runDate(block.uiRunDate);
   const SRunOptions options = LoadRunOptions(block);
 
-  ZoDebugSerializationGeneric::SetThreadLocalOutputDirectory(Utils::MakeCaseOutputDirectory(
-      className, caseName, runDate, block.uiRepetition, options.uiRepeatCount));
+  ZoDebugSerializationGeneric::SetThreadLocalOutputDirectory(
+      Utils::MakeCaseOutputDirectory(className, caseName, runDate, block.uiRepetition, options.uiRepeatCount));
 
   CHeapTracker tracker(false, false);
   if (options.bTrackHeap) tracker.Initialize();

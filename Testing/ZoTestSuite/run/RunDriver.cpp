@@ -1,16 +1,17 @@
 // Run::Run: prepares the process, collects the classes, schedules and
 // executes every row, condenses the table into statistics, prints the
 // summary and hands over to the report output.
+#include "run/RunDriver.h"
+
 #include <chrono>
 
-#include "run/CaseExecution.h"
-#include "run/ProgressOutput.h"
-#include "run/RunDriver.h"
-#include "run/RunReports.h"
-#include "run/WorkerPhase.h"
 #include "foundation/ZoAssertDialog.h"
 #include "foundation/ZoDebugSerializationGeneric.h"
 #include "foundation/ZoFileSystem.h"
+#include "run/CaseExecution.h"
+#include "run/ProgressOutput.h"
+#include "run/RunReports.h"
+#include "run/WorkerPhase.h"
 #include "services/COut.h"
 
 namespace TestSuite {
@@ -46,8 +47,8 @@ void countRow(const SCaseResult& row, SRunStatistics& s) {
 }
 
 std::int64_t steadyNanoseconds() {
-  return std::chrono::duration_cast<std::chrono::nanoseconds>(
-             std::chrono::steady_clock::now().time_since_epoch()).count();
+  return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch())
+      .count();
 }
 
 }  // namespace
@@ -130,8 +131,8 @@ Run::SResult Run::Run(const SSetup& setup, CEnvironment& env) {
       !setup.unitTests.IsEmpty() ? setup.unitTests : CollectUnitTests(setup.sDataDir, setup.collectOptions);
   const std::int64_t start = steadyNanoseconds();
   const XbDateTime date = XbDateTime::Now();
-  ZoDebugSerializationGeneric::SetDefaultOutputDirectory(
-      ZoFileSystem::GetDirectory(ZoFileSystem::eDebugOutputRoot) + date.ToString(L"Y-m-d H.i.s", true) + L"/");
+  ZoDebugSerializationGeneric::SetDefaultOutputDirectory(ZoFileSystem::GetDirectory(ZoFileSystem::eDebugOutputRoot) +
+                                                         date.ToString(L"Y-m-d H.i.s", true) + L"/");
 
   SResult result;
   result.statistics.dateBegin = date;

@@ -2,8 +2,8 @@
 // execution and the tests.
 #pragma once
 
-#include "run/ProgressOutput.h"
 #include "ZoTestSuite.h"
+#include "run/ProgressOutput.h"
 
 namespace TestSuite {
 

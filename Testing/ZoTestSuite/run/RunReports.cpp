@@ -11,8 +11,7 @@ void WriteRunReports(const SSetup& setup, const XbArray<SUnitTest>& classes, con
   if (!setup.oXmlReport && !setup.oHtmlReport) return;
   Report::SData data;
   Report::BuildReportData(data, setup, classes, result.cases, result.statistics);
-  if (setup.oXmlReport)
-    Report::WriteXmlReport(Report::ResolveReportPath(*setup.oXmlReport, data, L"xml"), data);
+  if (setup.oXmlReport) Report::WriteXmlReport(Report::ResolveReportPath(*setup.oXmlReport, data, L"xml"), data);
   if (setup.oHtmlReport) {
     const CString path = Report::ResolveReportPath(*setup.oHtmlReport, data, L"html");
     Report::WriteHtmlReport(path, data, setup.bHtmlClassesOnly, setup.bHtmlHideWarnings);

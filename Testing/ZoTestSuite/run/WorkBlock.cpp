@@ -110,8 +110,7 @@ CString LoadBlockText(const char16_t* source, unsigned int units) {
   std::wstring text;
   for (unsigned int i = 0; i < units && source[i]; ++i) {
     const char16_t u = source[i];
-    const bool pair = u >= 0xD800 && u <= 0xDBFF && i + 1 < units && source[i + 1] >= 0xDC00 &&
-                      source[i + 1] <= 0xDFFF;
+    const bool pair = u >= 0xD800 && u <= 0xDBFF && i + 1 < units && source[i + 1] >= 0xDC00 && source[i + 1] <= 0xDFFF;
     if (pair) {
       text += static_cast<wchar_t>(0x10000 + ((u - 0xD800) << 10) + (source[i + 1] - 0xDC00));
       ++i;

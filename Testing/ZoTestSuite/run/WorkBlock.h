@@ -42,9 +42,9 @@ struct SWorkBlockOptions {
 };
 
 struct SWorkBlock {
-  static constexpr unsigned int sc_uiTextUnits = 1024;        // 1,023 characters and a zero
+  static constexpr unsigned int sc_uiTextUnits = 1024;  // 1,023 characters and a zero
   static constexpr unsigned int sc_uiOutputUnits = 1048576;
-  static constexpr unsigned int sc_uiOutputLimit = 0xFFFFF;   // characters, without the zero
+  static constexpr unsigned int sc_uiOutputLimit = 0xFFFFF;  // characters, without the zero
 
   char16_t sClassName[sc_uiTextUnits];
   char16_t sCaseName[sc_uiTextUnits];

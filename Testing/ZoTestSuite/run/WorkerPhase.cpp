@@ -4,9 +4,9 @@
 #include <chrono>
 #include <thread>
 
-#include "run/CaseExecution.h"
 #include "foundation/XbCriticalSection.h"
 #include "foundation/platform/Thread.h"
+#include "run/CaseExecution.h"
 #include "services/COut.h"
 
 namespace TestSuite {
@@ -37,7 +37,9 @@ class CWorkerThread {
   CWorkerThread(int index, SWorkQueue& queue, SFinishedList& finished)
       : iIndex(index), m_queue(queue), m_finished(finished) {}
 
-  void Start() { m_thread = std::thread([this] { threadMain(); }); }
+  void Start() {
+    m_thread = std::thread([this] { threadMain(); });
+  }
   void Wait() {
     if (m_thread.joinable()) m_thread.join();
   }
@@ -53,9 +55,7 @@ class CWorkerThread {
     ZoPlatform::Thread::UseProcessAffinityAndNormalPriority();
     try {
       Run();
-    } catch (...) {
-      m_bFailed = true;
-    }
+    } catch (...) { m_bFailed = true; }
   }
   void Run();
   SCaseResult* take(bool& canceled);
@@ -126,9 +126,7 @@ void supervise(SWorkQueue& queue, SFinishedList& finished) {
 
 }  // namespace
 
-unsigned int ClampThreadCount(unsigned int requested) {
-  return std::clamp(requested, 1u, sc_uiMaxWorkerThreads);
-}
+unsigned int ClampThreadCount(unsigned int requested) { return std::clamp(requested, 1u, sc_uiMaxWorkerThreads); }
 
 void RunWorkerPhase(const SSetup& setup, const XbArray<SUnitTest>& classes, const SRunOptions& options,
                     const Run::SCallbacks& callbacks, const XbDateTime& date, const RowList& parallelCases) {

@@ -3,8 +3,8 @@
 // each row as it finishes.
 #pragma once
 
-#include "run/ProgressOutput.h"
 #include "ZoTestSuite.h"
+#include "run/ProgressOutput.h"
 
 namespace TestSuite {
 

@@ -75,9 +75,7 @@ std::unique_ptr<SPscmInfo> ParsePscmInfo(const std::string& text) { return parse
 
 std::unique_ptr<SSvnInfo> GetSvnInfo() { return ParseSvnInfo(LoadTextResource(L"IDR_SVNINFO", L"SVNINFOFILE")); }
 
-std::unique_ptr<SPscmInfo> GetPscmInfo() {
-  return ParsePscmInfo(LoadTextResource(L"IDR_PSCMINFO", L"PSCMINFOFILE"));
-}
+std::unique_ptr<SPscmInfo> GetPscmInfo() { return ParsePscmInfo(LoadTextResource(L"IDR_PSCMINFO", L"PSCMINFOFILE")); }
 
 CString GetLocalTestSuiteDir() {
   CString directory = ZoFileSystem::GetDirectory(ZoFileSystem::eLocalAppData) + L"ZoTestSuite/";

@@ -223,8 +223,7 @@ void CHeapTracker::dump(XbStreamWriteASCIIT<CString>& stream) {
   m_Allocations.ForEach([&entries](std::uint64_t address, const SAllocData& data) {
     entries.Add(SDumpEntry{address, data.uiID, data.uiSize});
   });
-  std::sort(entries.begin(), entries.end(),
-            [](const SDumpEntry& a, const SDumpEntry& b) { return a.uiID < b.uiID; });
+  std::sort(entries.begin(), entries.end(), [](const SDumpEntry& a, const SDumpEntry& b) { return a.uiID < b.uiID; });
 
   stream << L"CountMalloc " << m_uiMallocCount << L"\n";
   stream << L"CountFree " << m_uiFreeCount << L"\n";

@@ -37,9 +37,9 @@ class CHeapTracker : public INonCopyable, public XbIDumpable<1> {
  public:
   // What the tracker knows of one live address.
   struct SAllocData {
-    std::uint64_t uiID;     // next-ID value at the last allocation seen here
-    std::int32_t iCount;    // allocations seen here without a matching free
-    std::uint64_t uiSize;   // bytes of all those allocations added up
+    std::uint64_t uiID;    // next-ID value at the last allocation seen here
+    std::int32_t iCount;   // allocations seen here without a matching free
+    std::uint64_t uiSize;  // bytes of all those allocations added up
   };
 
   enum class EOperation { Malloc = 0, Free = 1, Realloc = 2 };
@@ -89,8 +89,7 @@ class CHeapTracker : public INonCopyable, public XbIDumpable<1> {
   static bool hook(HeapHooks::EFunction target, TObserver replacement, TEntry& savedEntry);
   static bool unhook(HeapHooks::EFunction target);
 
-  static void dispatch(EOperation operation, std::uint64_t oldAddress, std::uint64_t newAddress,
-                       std::uint64_t size);
+  static void dispatch(EOperation operation, std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
   static void dispatchMalloc(void* address, std::uint64_t size);
   static void dispatchFree(void* address);
   static void dispatchRealloc(void* oldAddress, void* newAddress, std::uint64_t size);

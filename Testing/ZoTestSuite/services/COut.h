@@ -58,9 +58,19 @@ class COut {
     return COut(std::move(text));
   }
 
-  COut& Bold() { m_bBold = true; return *this; }
-  COut& Underlined() { m_bUnderlined = true; return *this; }
-  COut& Color(ZoColorRGBA color) { m_color = color; m_bHasColor = true; return *this; }
+  COut& Bold() {
+    m_bBold = true;
+    return *this;
+  }
+  COut& Underlined() {
+    m_bUnderlined = true;
+    return *this;
+  }
+  COut& Color(ZoColorRGBA color) {
+    m_color = color;
+    m_bHasColor = true;
+    return *this;
+  }
 
   const CString& GetText() const { return m_sText; }
   // Meaningful only if HasColor.

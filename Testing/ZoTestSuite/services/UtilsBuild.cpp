@@ -1,7 +1,7 @@
 // Facts of Utils about the build and the machine.
-#include "services/Utils.h"
-
 #include <thread>
+
+#include "services/Utils.h"
 
 namespace TestSuite::Utils {
 

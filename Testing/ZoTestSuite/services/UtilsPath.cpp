@@ -1,8 +1,7 @@
 // Path texts of Utils: separators at the end, the leaf and its directory,
 // one-level directory creation and the per-case debug output directory.
-#include "services/Utils.h"
-
 #include "foundation/ZoFileSystem.h"
+#include "services/Utils.h"
 
 namespace TestSuite::Utils {
 

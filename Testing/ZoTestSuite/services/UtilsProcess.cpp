@@ -1,11 +1,10 @@
 // The process runner of Utils: one command line, a working directory and a
 // limit in seconds; the outcome is a warning text or nothing.
-#include "services/Utils.h"
-
 #include <string>
 #include <vector>
 
 #include "foundation/platform/Process.h"
+#include "services/Utils.h"
 
 namespace TestSuite::Utils {
 

@@ -1,19 +1,17 @@
 // Typed values of XML nodes for Utils: the first text of a node read as a
 // bool or an unsigned number, the target's prior value being the default.
-#include "services/Utils.h"
-
 #include <cstdlib>
 #include <cstring>
+
+#include "services/Utils.h"
 
 namespace TestSuite::Utils {
 
 void GetBool(const XMLNode& node, bool& target) {
   const char* text = node.getText(0);
   if (!text) return;
-  if (std::strcmp(text, "true") == 0)
-    target = true;
-  else if (std::strcmp(text, "false") == 0)
-    target = false;
+  if (std::strcmp(text, "true") == 0) target = true;
+  else if (std::strcmp(text, "false") == 0) target = false;
 }
 
 void GetUInt32(const XMLNode& node, unsigned int& target) {

@@ -30,8 +30,7 @@ void printDisabledClass(const SUnitTest& unitTest) {
   const CString contact = unitTest.Contacts.IsEmpty() ? CString(L"Unbekannt") : unitTest.Contacts[0].Name;
   COut::Write(L"%s (%s):\n", unitTest.Name, contact);
   const unsigned int uiCount = unitTest.Cases.GetCount();
-  for (unsigned int i = 0; i < uiCount; ++i)
-    COut::Write(L"    (%d/%d) %s\n", i + 1, uiCount, unitTest.Cases[i].Name);
+  for (unsigned int i = 0; i < uiCount; ++i) COut::Write(L"    (%d/%d) %s\n", i + 1, uiCount, unitTest.Cases[i].Name);
   COut::Write(L"\n");
 }
 

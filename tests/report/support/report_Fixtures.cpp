@@ -55,8 +55,8 @@ void fillFixedStatistics(SData& data) {
 
 }  // namespace
 
-SClassData& AddClass(SData& data, const wchar_t* name, unsigned int cases, unsigned int failures,
-                     unsigned int errors, unsigned int warnings) {
+SClassData& AddClass(SData& data, const wchar_t* name, unsigned int cases, unsigned int failures, unsigned int errors,
+                     unsigned int warnings) {
   SClassData row;
   row.Name = name;
   row.CasesTotal = cases;
@@ -162,7 +162,8 @@ void ExpectGoldenBytes(const std::string& name, const std::string& actual) {
 int RunXmllint(const std::string& arguments, std::string& messages) {
   const std::string log = (std::filesystem::temp_directory_path() /
                            ("zo-report-xmllint-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                            "-" + std::to_string(std::rand()) + ".log")).string();
+                            "-" + std::to_string(std::rand()) + ".log"))
+                              .string();
   const int status = std::system(("xmllint --noout " + arguments + " >'" + log + "' 2>&1").c_str());
   messages = ReadBytes(CString::FromUtf8(log));
   std::filesystem::remove(log);

@@ -20,9 +20,8 @@ TestSuite::Report::SData MakeFixedReport();
 TestSuite::Report::SData MakeEmptyReport();
 
 // Appends a class row and returns it.
-TestSuite::Report::SClassData& AddClass(TestSuite::Report::SData& data, const wchar_t* name,
-                                        unsigned int cases, unsigned int failures, unsigned int errors,
-                                        unsigned int warnings);
+TestSuite::Report::SClassData& AddClass(TestSuite::Report::SData& data, const wchar_t* name, unsigned int cases,
+                                        unsigned int failures, unsigned int errors, unsigned int warnings);
 // Appends a case row and returns it.
 TestSuite::Report::SCaseData& AddCase(TestSuite::Report::SData& data, unsigned int id, const wchar_t* className,
                                       const wchar_t* caseName, TestSuite::Run::ECaseResult result,

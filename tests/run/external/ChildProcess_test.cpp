@@ -6,11 +6,11 @@
 #include <fstream>
 #include <thread>
 
-#include "run/external/ExternalExecution.h"
 #include "IsolationFrontEnd.h"
-#include "foundation/ZoFileSystem.h"
-#include "services_COutRecorder.h"
 #include "TempDirectory.h"
+#include "foundation/ZoFileSystem.h"
+#include "run/external/ExternalExecution.h"
+#include "services_COutRecorder.h"
 
 using namespace TestSuite;
 namespace fs = std::filesystem;
@@ -46,8 +46,8 @@ std::string linkOf(int pid, const char* what) {
 TEST(ChildProcess, TheArgumentsCarryTheDataDirectoryAndTheThreeIds) {
   SCaseContext context;
   giveIds(context);
-  const std::vector<std::string> expected = {"-d", "/data/tree", "-x", "--memory-id", "M1", "--request-event-id",
-                                             "Q2", "--response-event-id", "R3"};
+  const std::vector<std::string> expected = {
+      "-d", "/data/tree", "-x", "--memory-id", "M1", "--request-event-id", "Q2", "--response-event-id", "R3"};
   EXPECT_EQ(ComposeChildArguments(L"/data/tree", context), expected);
 }
 

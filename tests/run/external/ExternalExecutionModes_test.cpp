@@ -8,17 +8,17 @@
 #include <memory>
 #include <thread>
 
-#include "run/external/ChildProcess.h"
-#include "run/external/ExternalExecution.h"
-#include "run/external/ExternalObjectName.h"
 #include "IsolationFrontEnd.h"
 #include "RunTestClasses.h"
+#include "TempDirectory.h"
 #include "foundation/platform/NamedSemaphore.h"
 #include "foundation/platform/SharedMemory.h"
 #include "foundation/platform/System.h"
 #include "heap_TrackerTestKit.h"
+#include "run/external/ChildProcess.h"
+#include "run/external/ExternalExecution.h"
+#include "run/external/ExternalObjectName.h"
 #include "services_COutRecorder.h"
-#include "TempDirectory.h"
 
 using namespace TestSuite;
 using IsolationTestClasses::IsolationFrontEnd;
@@ -244,8 +244,8 @@ Run::SResult runCancelledAfter(const SMode& mode, int answers, int& finished) {
 }  // namespace
 
 TEST_F(ExternalModes, ACancelEndsEveryRowInEveryMode) {
-  const SMode modes[] = {{"Internal", false, false, false},         {"Internal, workers", false, false, true},
-                         {"External", true, false, false},          {"External, workers", true, false, true},
+  const SMode modes[] = {{"Internal", false, false, false},        {"Internal, workers", false, false, true},
+                         {"External", true, false, false},         {"External, workers", true, false, true},
                          {"External Isolated", true, true, false}, {"External Isolated, workers", true, true, true}};
   COutRecorder recorder;
   for (const SMode& mode : modes) {

@@ -7,14 +7,14 @@
 #include <future>
 #include <thread>
 
-#include "run/external/ChildProcess.h"
 #include "IsolationFrontEnd.h"
-#include "run/external/NamedEvent.h"
 #include "RunTestClasses.h"
-#include "run/external/SharedMemoryWorkBuffer.h"
 #include "foundation/XbException.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/ZoUniqueId.h"
+#include "run/external/ChildProcess.h"
+#include "run/external/NamedEvent.h"
+#include "run/external/SharedMemoryWorkBuffer.h"
 
 using namespace TestSuite;
 using Clock = std::chrono::steady_clock;
@@ -148,9 +148,7 @@ TEST_F(ExternalExecution, TheChildSideNeedsAllThreeIds) {
     try {
       Run::RunExternalExecution(setup, env);
       ADD_FAILURE() << "no exception without id " << missing;
-    } catch (const XbException& error) {
-      EXPECT_STREQ(error.what(), "TestSuite::Run::RunExternalExecution");
-    }
+    } catch (const XbException& error) { EXPECT_STREQ(error.what(), "TestSuite::Run::RunExternalExecution"); }
   }
 }
 
@@ -186,8 +184,7 @@ TEST_F(ExternalExecution, TheChildSideServesCasesAndEndsAfterFiveSecondsWithoutA
     CEnvironment env;
     try {
       Run::RunExternalExecution(setup, env);
-    } catch (...) {
-    }
+    } catch (...) {}
     ended.set_value();
   });
   Clock::time_point lastAnswer;

@@ -4,10 +4,10 @@
 
 #include <thread>
 
-#include "run/external/ExternalObjectName.h"
 #include "foundation/XbException.h"
 #include "foundation/ZoUniqueId.h"
 #include "foundation/platform/NamedSemaphore.h"
+#include "run/external/ExternalObjectName.h"
 
 using namespace TestSuite;
 
@@ -56,9 +56,7 @@ TEST(NamedEvent, AttachingToNothingAndCreatingTwiceThrow) {
   try {
     CNamedEvent attached(id, true);
     FAIL() << "no exception";
-  } catch (const XbException& error) {
-    EXPECT_STREQ(error.what(), "TestSuite::Run::CNamedEvent::CNamedEvent");
-  }
+  } catch (const XbException& error) { EXPECT_STREQ(error.what(), "TestSuite::Run::CNamedEvent::CNamedEvent"); }
   CNamedEvent owner(id, false);
   EXPECT_THROW(CNamedEvent(id, false), XbException);
   EXPECT_TRUE(exists(id)) << "the failed second creator removed the first one's name";

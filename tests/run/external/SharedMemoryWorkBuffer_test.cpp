@@ -5,11 +5,11 @@
 #include <fstream>
 #include <string>
 
-#include "run/external/ExternalObjectName.h"
 #include "ZoTestSuiteRun.h"
 #include "foundation/XbException.h"
 #include "foundation/ZoUniqueId.h"
 #include "foundation/platform/SharedMemory.h"
+#include "run/external/ExternalObjectName.h"
 
 using namespace TestSuite;
 
@@ -33,9 +33,7 @@ int mappingsOf(const CString& id) {
 std::string thrownBy(const std::function<void()>& action) {
   try {
     action();
-  } catch (const XbException& error) {
-    return error.what();
-  }
+  } catch (const XbException& error) { return error.what(); }
   return "nothing";
 }
 

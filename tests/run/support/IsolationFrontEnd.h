@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include "run/external/ChildProcess.h"
 #include "foundation/platform/System.h"
 #include "isolation_PrivateFrontEnd.h"
+#include "run/external/ChildProcess.h"
 
 namespace IsolationTestClasses {
 

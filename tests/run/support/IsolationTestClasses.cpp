@@ -88,8 +88,8 @@ class IsoGate : public ZoUnitTest {
     std::unique_lock<std::mutex> guard(gate().lock);
     ++gate().uiEntered;
     gate().changed.notify_all();
-    const bool full = gate().changed.wait_for(guard, std::chrono::seconds(30),
-                                              [] { return gate().uiEntered >= gate().uiWidth; });
+    const bool full =
+        gate().changed.wait_for(guard, std::chrono::seconds(30), [] { return gate().uiEntered >= gate().uiWidth; });
     return full ? eSuccess : eFailure;
   }
 };

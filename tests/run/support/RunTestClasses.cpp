@@ -64,6 +64,7 @@ class RtMemory : public ZoUnitTest {
   ~RtMemory() override {
     if (m_bLeakInDestructor) g_sink = std::malloc(64);
   }
+
  protected:
   void OnInitSubtests(XbArray<CString>& names) override {
     for (const wchar_t* name : {L"leak100", L"clean", L"destructorLeak"}) names.Add(name);
@@ -85,6 +86,7 @@ class RtMemory : public ZoUnitTest {
     }
     return eSuccess;
   }
+
  private:
   bool m_bLeakInDestructor = false;
 };
@@ -97,6 +99,7 @@ class RtWarmUpLeak : public ZoUnitTest {
     g_sink = std::malloc(32);
     return true;
   }
+
  protected:
   void OnInitSubtests(XbArray<CString>& names) override { names.Add(L"only"); }
   EResult OnRunSubtest(unsigned int) override { return eSuccess; }
@@ -124,6 +127,7 @@ class RtDebug : public ZoUnitTest, public IDebugging {
   void SetOption(int key, bool value) override {
     DebugLog().push_back("Set(" + std::to_string(key) + "," + (value ? "true" : "false") + ")");
   }
+
  protected:
   void OnInitSubtests(XbArray<CString>& names) override { names.Add(L"only"); }
   EResult OnRunSubtest(unsigned int) override { return eSuccess; }
@@ -139,6 +143,7 @@ class RtRecreate : public ZoUnitTest, public IUnitTestRecreate {
     RecreateLog().push_back(GetSubtestName(index).ToUtf8());
     return true;
   }
+
  protected:
   void OnInitSubtests(XbArray<CString>& names) override {
     for (const wchar_t* name : {L"renew", L"keep", L"fails"}) names.Add(name);

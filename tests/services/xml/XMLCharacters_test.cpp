@@ -48,9 +48,12 @@ TEST(XMLCharacters, PositionCountsLinesAndCharacters) {
   XMLComputePosition("ab\ncd", 4, &line, &column);
   EXPECT_EQ(line, 2);
   EXPECT_EQ(column, 2);
-  XMLComputePosition("\xC3\xA4\r\n\xE2\x82\xAC" "x", 7, &line, &column);
+  XMLComputePosition(
+      "\xC3\xA4\r\n\xE2\x82\xAC"
+      "x",
+      7, &line, &column);
   EXPECT_EQ(line, 2);
-  EXPECT_EQ(column, 2);  // the carriage return counts as a column, the euro sign as one
+  EXPECT_EQ(column, 2);                          // the carriage return counts as a column, the euro sign as one
   XMLComputePosition("ab", 99, &line, &column);  // stops at the end of the text
   EXPECT_EQ(column, 3);
 }

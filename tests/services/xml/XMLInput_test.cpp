@@ -4,9 +4,9 @@
 
 #include <string>
 
+#include "TempDirectory.h"
 #include "foundation/CString.h"
 #include "services/xml/XMLNode.h"
-#include "TempDirectory.h"
 
 using namespace TestSuite;
 
@@ -47,19 +47,13 @@ void expectDocument(const std::string& bytes) {
   EXPECT_STREQ(node.getText(0), "\xE2\x82\xAC \xF0\x9F\x98\x80");
 }
 
-const unsigned char* bytesOf(const std::string& text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
+const unsigned char* bytesOf(const std::string& text) { return reinterpret_cast<const unsigned char*>(text.data()); }
 
 }  // namespace
 
-TEST(XMLInput, Utf16LittleEndianFileWithMark) {
-  expectDocument(utf16(c_document, false, true));
-}
+TEST(XMLInput, Utf16LittleEndianFileWithMark) { expectDocument(utf16(c_document, false, true)); }
 
-TEST(XMLInput, Utf16BigEndianFileWithMark) {
-  expectDocument(utf16(c_document, true, true));
-}
+TEST(XMLInput, Utf16BigEndianFileWithMark) { expectDocument(utf16(c_document, true, true)); }
 
 TEST(XMLInput, Utf16FilesWithoutMarkAreRecognisedByTheirZeroBytes) {
   // The test looks at the first 256 bytes: there, every character must

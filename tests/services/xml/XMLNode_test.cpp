@@ -17,9 +17,7 @@ XMLNode parse(const char* text, const char* firstTag = nullptr) {
   return node;
 }
 
-std::string str(const char* text) {
-  return text ? std::string(text) : std::string("<null>");
-}
+std::string str(const char* text) { return text ? std::string(text) : std::string("<null>"); }
 
 }  // namespace
 
@@ -218,9 +216,9 @@ TEST(XMLNode, ParseFileReadsTheWholeFileWithAWidePath) {
   TempDirectory dir;
   const CString path = dir / L"R\u00e9sum\u00e9 \u00fc.xml";
   TempDirectory::WriteBytes(path,
-      "<?xml version=\"1.0\" encoding='ISO-8859-1'?>\n<testsuite tests=\"2\">\n"
-      "  <testcase name=\"a\"><time>1.5</time></testcase>\n"
-      "  <testcase name=\"b\"><time>2.5</time></testcase>\n</testsuite>\n");
+                            "<?xml version=\"1.0\" encoding='ISO-8859-1'?>\n<testsuite tests=\"2\">\n"
+                            "  <testcase name=\"a\"><time>1.5</time></testcase>\n"
+                            "  <testcase name=\"b\"><time>2.5</time></testcase>\n</testsuite>\n");
   XMLResults results;
   const XMLNode suite = XMLNode::parseFile(path, "testsuite", &results);
   ASSERT_EQ(results.error, eXMLErrorNone);
@@ -239,6 +237,4 @@ TEST(XMLNode, ParseFileSkipsAUtf8Mark) {
   EXPECT_EQ(str(node.getText(0)), "\xC3\xA4");
 }
 
-TEST(XMLNode, ParseStringSkipsAUtf8Mark) {
-  EXPECT_EQ(str(parse("\xEF\xBB\xBF<a/>").getName()), "a");
-}
+TEST(XMLNode, ParseStringSkipsAUtf8Mark) { EXPECT_EQ(str(parse("\xEF\xBB\xBF<a/>").getName()), "a"); }

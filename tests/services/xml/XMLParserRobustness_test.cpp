@@ -6,8 +6,8 @@
 #include <random>
 #include <string>
 
-#include "services/xml/XMLNode.h"
 #include "TempDirectory.h"
+#include "services/xml/XMLNode.h"
 
 using namespace TestSuite;
 
@@ -24,7 +24,8 @@ const char* const c_valid =
     "\t\t<result type=\"DIFFERENT\" warning=\"true\">\n"
     "\t\t\t<dump type=\"error\">x &lt; y &#x41; \xC3\xA4 \xE4 done</dump>\n"
     "\t\t</result>\n"
-    "\t\t<failure message=\"\" type='Zeitlimit \xFC""berschritten'></failure>\n"
+    "\t\t<failure message=\"\" type='Zeitlimit \xFC"
+    "berschritten'></failure>\n"
     "\t\t<![CDATA[ <raw> ]]><PRE> pre </PRE><Script> s </Script>\n"
     "\t\t<flag single unquoted=value/>\n"
     "\t</testcase>\n"
@@ -53,8 +54,8 @@ void check(const std::string& text, const char* firstTag) {
     ASSERT_FALSE(node.isEmpty()) << text;
     walk(node);
   }
-  const bool positioned = results.error != eXMLErrorNone && results.error != eXMLErrorFirstTagNotFound &&
-                          results.error != eXMLErrorEmpty;
+  const bool positioned =
+      results.error != eXMLErrorNone && results.error != eXMLErrorFirstTagNotFound && results.error != eXMLErrorEmpty;
   if (positioned) {
     ASSERT_GE(results.nLine, 1) << text;
     ASSERT_GE(results.nColumn, 1) << text;

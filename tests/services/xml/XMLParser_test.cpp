@@ -12,9 +12,7 @@ using namespace TestSuite;
 
 namespace {
 
-std::string str(const char* text) {
-  return text ? std::string(text) : std::string("<null>");
-}
+std::string str(const char* text) { return text ? std::string(text) : std::string("<null>"); }
 
 struct SOutcome {
   XMLNode node;
@@ -32,9 +30,7 @@ void expectError(const char* text, XMLError error, int line, int column, const c
   EXPECT_EQ(outcome.results.error, error) << text;
   EXPECT_EQ(outcome.results.nLine, line) << text;
   EXPECT_EQ(outcome.results.nColumn, column) << text;
-  if (error > eXMLErrorMissingEndTag) {
-    EXPECT_TRUE(outcome.node.isEmpty()) << text;
-  }
+  if (error > eXMLErrorMissingEndTag) { EXPECT_TRUE(outcome.node.isEmpty()) << text; }
 }
 
 }  // namespace

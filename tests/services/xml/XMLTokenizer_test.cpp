@@ -11,8 +11,8 @@ namespace {
 
 // Every token of `text` as "Type:text".
 std::vector<std::string> tokens(const char* text) {
-  static const char* const c_names[] = {"End", "Text", "Quoted", "Tag", "Close", "Decl",
-                                        "Short", "TagEnd", "Equals", "Clear"};
+  static const char* const c_names[] = {"End",  "Text",  "Quoted", "Tag",    "Close",
+                                        "Decl", "Short", "TagEnd", "Equals", "Clear"};
   CXMLTokenizer tokenizer(text);
   std::vector<std::string> result;
   for (;;) {
@@ -28,18 +28,15 @@ using Tokens = std::vector<std::string>;
 }  // namespace
 
 TEST(XMLTokenizer, TagsAttributesAndEnds) {
-  EXPECT_EQ(tokens("<a b = \"1\" c='2'/>"),
-            (Tokens{"Tag:<", "Text:a", "Text:b", "Equals:=", "Quoted:\"1\"", "Text:c", "Equals:=",
-                    "Quoted:'2'", "Short:/>"}));
-  EXPECT_EQ(tokens("</a>\n<?xml v=1?>"),
-            (Tokens{"Close:</", "Text:a", "TagEnd:>", "Decl:<?", "Text:xml", "Text:v", "Equals:=",
-                    "Text:1?", "TagEnd:>"}));
+  EXPECT_EQ(tokens("<a b = \"1\" c='2'/>"), (Tokens{"Tag:<", "Text:a", "Text:b", "Equals:=", "Quoted:\"1\"", "Text:c",
+                                                    "Equals:=", "Quoted:'2'", "Short:/>"}));
+  EXPECT_EQ(tokens("</a>\n<?xml v=1?>"), (Tokens{"Close:</", "Text:a", "TagEnd:>", "Decl:<?", "Text:xml", "Text:v",
+                                                 "Equals:=", "Text:1?", "TagEnd:>"}));
 }
 
 TEST(XMLTokenizer, PlainTextEndsAtWhiteSpaceAndDelimiters) {
-  EXPECT_EQ(tokens("a/b c=d>e/>f\tg<h"),
-            (Tokens{"Text:a/b", "Text:c", "Equals:=", "Text:d", "TagEnd:>", "Text:e", "Short:/>",
-                    "Text:f", "Text:g", "Tag:<", "Text:h"}));
+  EXPECT_EQ(tokens("a/b c=d>e/>f\tg<h"), (Tokens{"Text:a/b", "Text:c", "Equals:=", "Text:d", "TagEnd:>", "Text:e",
+                                                 "Short:/>", "Text:f", "Text:g", "Tag:<", "Text:h"}));
   EXPECT_EQ(tokens("/x"), (Tokens{"Text:/x"}));
 }
 

@@ -1,6 +1,4 @@
 // The file-system calls of the platform on Linux.
-#include "Files.h"
-
 #include <dirent.h>
 #include <fcntl.h>
 #include <pwd.h>
@@ -10,6 +8,8 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+
+#include "Files.h"
 
 namespace ZoPlatform::Files {
 
@@ -24,7 +24,9 @@ std::uint64_t toMicroseconds(const struct statx_timestamp& t) {
 class CDescriptor {
  public:
   explicit CDescriptor(int fd) : m_fd(fd) {}
-  ~CDescriptor() { if (m_fd >= 0) ::close(m_fd); }
+  ~CDescriptor() {
+    if (m_fd >= 0) ::close(m_fd);
+  }
   CDescriptor(const CDescriptor&) = delete;
   CDescriptor& operator=(const CDescriptor&) = delete;
   int Get() const { return m_fd; }
@@ -110,7 +112,10 @@ bool ReadWholeFile(const std::string& path, std::string& bytes) {
   for (;;) {
     const ssize_t n = ::read(in.Get(), buffer, sizeof buffer);
     if (n < 0 && errno == EINTR) continue;
-    if (n < 0) { bytes.clear(); return false; }
+    if (n < 0) {
+      bytes.clear();
+      return false;
+    }
     if (n == 0) return true;
     bytes.append(buffer, static_cast<std::size_t>(n));
   }

@@ -1,7 +1,7 @@
 // Library: shared libraries through the dynamic loader.
-#include "Library.h"
-
 #include <dlfcn.h>
+
+#include "Library.h"
 
 namespace ZoPlatform::Library {
 namespace {

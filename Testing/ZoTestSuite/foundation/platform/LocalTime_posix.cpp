@@ -1,12 +1,12 @@
 // Local calendar time on Linux: localtime_r and mktime, which follow TZ.
-#include "LocalTime.h"
-
 #include <time.h>
 
 #include <cstdlib>
 #include <ctime>
 #include <mutex>
 #include <string>
+
+#include "LocalTime.h"
 
 namespace ZoPlatform::LocalTime {
 

@@ -1,6 +1,4 @@
 // Machine facts of the platform on Linux: /proc, /sys and sysconf.
-#include "Machine.h"
-
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,6 +7,7 @@
 #include <sstream>
 #include <vector>
 
+#include "Machine.h"
 #include "System.h"
 
 namespace ZoPlatform::Machine {
@@ -93,14 +92,11 @@ std::uint32_t GetCPUSpeedMHz(const std::string& root) {
   if (!maxFrequency.empty()) {
     try {
       return static_cast<std::uint32_t>(std::stoull(maxFrequency) / 1000);
-    } catch (const std::exception&) {
-    }
+    } catch (const std::exception&) {}
   }
   try {
     return static_cast<std::uint32_t>(std::stod(findValue(base / "proc/cpuinfo", "cpu MHz")));
-  } catch (const std::exception&) {
-    return 0;
-  }
+  } catch (const std::exception&) { return 0; }
 }
 
 std::uint64_t GetTotalPhysicalMemory() {

@@ -1,8 +1,6 @@
 // Named semaphores on Linux: POSIX named semaphores ("/" + name, under
 // /dev/shm as "sem." + name), waited on with sem_clockwait on the
 // monotonic clock.
-#include "NamedSemaphore.h"
-
 #include <fcntl.h>
 #include <semaphore.h>
 #include <time.h>
@@ -10,6 +8,8 @@
 #include <cerrno>
 #include <filesystem>
 #include <mutex>
+
+#include "NamedSemaphore.h"
 
 namespace ZoPlatform::NamedSemaphore {
 

@@ -1,7 +1,5 @@
 // Child processes of the platform on Linux: posix_spawn, a pidfd to wait
 // on (waitpid polling where the kernel has none), SIGKILL and waitpid.
-#include "Process.h"
-
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
@@ -16,6 +14,8 @@
 #include <climits>
 #include <thread>
 #include <utility>
+
+#include "Process.h"
 
 extern char** environ;
 
@@ -134,9 +134,7 @@ bool CChild::tryReap(bool block) {
   if (m_iPid <= 0) return m_bReaped;
   int status = 0;
   pid_t rc;
-  do {
-    rc = ::waitpid(m_iPid, &status, block ? 0 : WNOHANG);
-  } while (rc < 0 && errno == EINTR);
+  do { rc = ::waitpid(m_iPid, &status, block ? 0 : WNOHANG); } while (rc < 0 && errno == EINTR);
   if (rc == 0) return false;
   if (rc == m_iPid) {
     m_exitStatus.bSignaled = WIFSIGNALED(status);

@@ -1,7 +1,5 @@
 // Shared memory on Linux: POSIX shared memory objects ("/" + name, under
 // /dev/shm), sized with ftruncate and mapped with mmap.
-#include "SharedMemory.h"
-
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -10,6 +8,8 @@
 #include <cerrno>
 #include <filesystem>
 #include <utility>
+
+#include "SharedMemory.h"
 
 namespace ZoPlatform::SharedMemory {
 
@@ -36,9 +36,7 @@ bool Create(const std::string& name, std::size_t size, int* error) {
   const int fd = ::shm_open(systemName(name).c_str(), O_RDWR | O_CREAT | O_EXCL, 0600);
   if (fd < 0) return fail(errno, error);
   int rc;
-  do {
-    rc = ::ftruncate(fd, static_cast<off_t>(size));
-  } while (rc != 0 && errno == EINTR);
+  do { rc = ::ftruncate(fd, static_cast<off_t>(size)); } while (rc != 0 && errno == EINTR);
   const int code = rc == 0 ? 0 : errno;
   ::close(fd);
   if (code == 0) return true;

@@ -1,9 +1,9 @@
 // Process and machine facts of the platform on Linux.
-#include "System.h"
-
 #include <unistd.h>
 
 #include <csignal>
+
+#include "System.h"
 
 namespace ZoPlatform::System {
 

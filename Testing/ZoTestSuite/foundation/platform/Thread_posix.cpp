@@ -1,9 +1,9 @@
 // Thread: thread names through pthreads.
-#include "Thread.h"
-
 #include <pthread.h>
 #include <sched.h>
 #include <unistd.h>
+
+#include "Thread.h"
 
 namespace ZoPlatform::Thread {
 

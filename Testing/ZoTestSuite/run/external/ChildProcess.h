@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "run/CaseExecution.h"
 #include "foundation/platform/Process.h"
+#include "run/CaseExecution.h"
 
 namespace TestSuite {
 
@@ -18,8 +18,7 @@ struct SChildProcess {
   ZoPlatform::Process::CChild process;
   unsigned int uiIndex = 0;  // the running number, shown as [P%d]
 
-  SChildProcess(ZoPlatform::Process::CChild child, unsigned int index)
-      : process(std::move(child)), uiIndex(index) {}
+  SChildProcess(ZoPlatform::Process::CChild child, unsigned int index) : process(std::move(child)), uiIndex(index) {}
   ~SChildProcess() { process.Kill(); }
   SChildProcess(const SChildProcess&) = delete;
   SChildProcess& operator=(const SChildProcess&) = delete;

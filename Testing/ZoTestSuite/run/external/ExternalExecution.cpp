@@ -5,12 +5,12 @@
 
 #include <chrono>
 
-#include "run/external/ChildProcess.h"
-#include "run/external/NamedEvent.h"
-#include "run/RunDriver.h"
-#include "run/external/SharedMemoryWorkBuffer.h"
 #include "foundation/XbException.h"
 #include "foundation/ZoUniqueId.h"
+#include "run/RunDriver.h"
+#include "run/external/ChildProcess.h"
+#include "run/external/NamedEvent.h"
+#include "run/external/SharedMemoryWorkBuffer.h"
 
 namespace TestSuite {
 

@@ -1,7 +1,7 @@
 #include "run/external/NamedEvent.h"
 
-#include "run/external/ExternalObjectName.h"
 #include "foundation/XbException.h"
+#include "run/external/ExternalObjectName.h"
 
 namespace TestSuite {
 

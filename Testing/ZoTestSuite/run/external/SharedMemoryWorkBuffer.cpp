@@ -1,8 +1,8 @@
 #include "run/external/SharedMemoryWorkBuffer.h"
 
-#include "run/external/ExternalObjectName.h"
 #include "foundation/XbException.h"
 #include "foundation/platform/SharedMemory.h"
+#include "run/external/ExternalObjectName.h"
 
 namespace TestSuite {
 

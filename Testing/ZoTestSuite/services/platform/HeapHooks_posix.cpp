@@ -1,11 +1,11 @@
 // HeapHooks on glibc: symbol interposition of malloc, free and realloc, which
 // forward to __libc_malloc, __libc_free and __libc_realloc.
-#include "services/platform/HeapHooks.h"
-
 #include <pthread.h>
 
 #include <atomic>
 #include <type_traits>
+
+#include "services/platform/HeapHooks.h"
 
 extern "C" {
 void* __libc_malloc(std::size_t size) noexcept;
@@ -65,9 +65,7 @@ void renewInChild() {
 
 namespace {
 
-bool isEnabled(EFunction target) {
-  return (g_uiEnabled.load(std::memory_order_acquire) & bitOf(target)) != 0;
-}
+bool isEnabled(EFunction target) { return (g_uiEnabled.load(std::memory_order_acquire) & bitOf(target)) != 0; }
 
 }  // namespace
 
@@ -87,9 +85,7 @@ extern "C" __attribute__((visibility("default"))) void* malloc(std::size_t size)
 extern "C" __attribute__((visibility("default"))) void free(void* address) noexcept {
   __libc_free(address);
   if (isEnabled(EFunction::Free)) {
-    if (const FnFreeObserver observer = g_fnFreeObserver.load(std::memory_order_acquire)) {
-      observer(address);
-    }
+    if (const FnFreeObserver observer = g_fnFreeObserver.load(std::memory_order_acquire)) { observer(address); }
   }
 }
 

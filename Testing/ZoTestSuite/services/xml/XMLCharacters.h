@@ -27,13 +27,9 @@ inline std::size_t XMLCharLength(const char* p) {
 }
 
 // Blank, tab, line feed, carriage return.
-inline bool XMLIsWhite(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
+inline bool XMLIsWhite(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-inline char XMLLowerAscii(char c) {
-  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
+inline char XMLLowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // Whole names, compared without regard to ASCII case; false if either is
 // null.

@@ -52,8 +52,7 @@ std::size_t readEntity(const char* s, std::size_t uiAvailable, char* pValue) {
 
 }  // namespace
 
-bool XMLDecodeEntities(const char* sSource, std::size_t uiLength, char* pTarget,
-                       std::size_t* puiResult) {
+bool XMLDecodeEntities(const char* sSource, std::size_t uiLength, char* pTarget, std::size_t* puiResult) {
   if (!std::memchr(sSource, '&', uiLength)) {
     std::memcpy(pTarget, sSource, uiLength);
     *puiResult = uiLength;

@@ -17,7 +17,6 @@ namespace TestSuite {
 // number of bytes written. For an unknown or malformed entity it returns
 // false and sets `*puiResult` to the offset of its "&". A reference must end
 // with ";" inside the given bytes.
-bool XMLDecodeEntities(const char* sSource, std::size_t uiLength, char* pTarget,
-                       std::size_t* puiResult);
+bool XMLDecodeEntities(const char* sSource, std::size_t uiLength, char* pTarget, std::size_t* puiResult);
 
 }  // namespace TestSuite

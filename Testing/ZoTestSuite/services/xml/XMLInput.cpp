@@ -67,9 +67,7 @@ XMLError CXMLInput::decode(std::size_t uiSize) {
     pBytes += 2;
     uiSize -= 2;
   }
-  if (!Utf16ToUtf8(pBytes, uiSize, eWide == EWide::BigEndian, &m_sConverted)) {
-    return eXMLErrorCharConversionError;
-  }
+  if (!Utf16ToUtf8(pBytes, uiSize, eWide == EWide::BigEndian, &m_sConverted)) { return eXMLErrorCharConversionError; }
   m_pBuffer.reset();
   m_sText = m_sConverted.c_str();
   return eXMLErrorNone;

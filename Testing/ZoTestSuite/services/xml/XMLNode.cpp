@@ -9,9 +9,7 @@
 
 namespace TestSuite {
 
-XMLNode::XMLNode(const XMLNode& other) : m_data(other.m_data) {
-  XMLNodeDataAddRef(m_data);
-}
+XMLNode::XMLNode(const XMLNode& other) : m_data(other.m_data) { XMLNodeDataAddRef(m_data); }
 
 XMLNode& XMLNode::operator=(const XMLNode& other) {
   XMLNodeDataAddRef(other.m_data);  // first, so that self-assignment is safe
@@ -20,9 +18,7 @@ XMLNode& XMLNode::operator=(const XMLNode& other) {
   return *this;
 }
 
-XMLNode::~XMLNode() {
-  XMLNodeDataRelease(m_data);
-}
+XMLNode::~XMLNode() { XMLNodeDataRelease(m_data); }
 
 XMLNode XMLNode::parseFile(const wchar_t* path, const char* firstTag, XMLResults* results) {
   if (results) *results = XMLResults();
@@ -44,31 +40,23 @@ XMLNode XMLNode::parseString(const char* text, const char* firstTag, XMLResults*
   return CXMLParser::Parse(CXMLInput::SkipUtf8Mark(text), firstTag, results);
 }
 
-const char* XMLNode::getName() const {
-  return m_data ? m_data->sName : nullptr;
-}
+const char* XMLNode::getName() const { return m_data ? m_data->sName : nullptr; }
 
 const char* XMLNode::getText(int index) const {
   if (!m_data || index < 0 || index >= m_data->iTextCount) return nullptr;
   return m_data->pTexts[index];
 }
 
-int XMLNode::nText() const {
-  return m_data ? m_data->iTextCount : 0;
-}
+int XMLNode::nText() const { return m_data ? m_data->iTextCount : 0; }
 
-int XMLNode::nClear() const {
-  return m_data ? m_data->iClearCount : 0;
-}
+int XMLNode::nClear() const { return m_data ? m_data->iClearCount : 0; }
 
 const char* XMLNode::getClear(int index) const {
   if (!m_data || index < 0 || index >= m_data->iClearCount) return nullptr;
   return m_data->pClears[index].sValue;
 }
 
-int XMLNode::getChildCount() const {
-  return m_data ? m_data->iChildCount : 0;
-}
+int XMLNode::getChildCount() const { return m_data ? m_data->iChildCount : 0; }
 
 int XMLNode::getChildCount(const char* name) const {
   if (!m_data) return 0;
@@ -116,13 +104,9 @@ const char* XMLNode::getAttribute(const char* name, int* position) const {
   return nullptr;
 }
 
-int XMLNode::nAttribute() const {
-  return m_data ? m_data->iAttributeCount : 0;
-}
+int XMLNode::nAttribute() const { return m_data ? m_data->iAttributeCount : 0; }
 
-bool XMLNode::isDeclaration() const {
-  return m_data && m_data->bDeclaration;
-}
+bool XMLNode::isDeclaration() const { return m_data && m_data->bDeclaration; }
 
 XMLNode XMLNode::getParentNode() const {
   if (!m_data || !m_data->pParent) return XMLNode();

@@ -67,7 +67,7 @@ class XMLNode {
   static XMLNode parseString(const char* text, const char* firstTag = nullptr, XMLResults* results = nullptr);
 
   bool isEmpty() const { return m_data == nullptr; }
-  const char* getName() const;          // null on the empty node and the document root
+  const char* getName() const;  // null on the empty node and the document root
   // The index-th run of text, trimmed at its end; an element holding only
   // white space has none.
   const char* getText(int index = 0) const;  // null if there is no such text

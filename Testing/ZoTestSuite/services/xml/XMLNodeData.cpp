@@ -9,8 +9,8 @@ namespace TestSuite {
 XMLNodeData* XMLNodeDataCreate(const SXMLNodeLayout& layout, char** ppTextArea) {
   // Every part of the block is pointer-aligned: the arrays hold pointers
   // only, and the texts come last.
-  const std::size_t uiBytes = sizeof(XMLNodeData) +
-      sizeof(XMLNodeData*) * static_cast<std::size_t>(layout.iChildCount) +
+  const std::size_t uiBytes =
+      sizeof(XMLNodeData) + sizeof(XMLNodeData*) * static_cast<std::size_t>(layout.iChildCount) +
       sizeof(const char*) * static_cast<std::size_t>(layout.iTextCount) +
       sizeof(XMLClear) * static_cast<std::size_t>(layout.iClearCount) +
       sizeof(XMLAttribute) * static_cast<std::size_t>(layout.iAttributeCount) + layout.uiTextBytes;
@@ -31,8 +31,7 @@ XMLNodeData* XMLNodeDataCreate(const SXMLNodeLayout& layout, char** ppTextArea) 
   pData->pChildren = reinterpret_cast<XMLNodeData**>(take(layout.iChildCount, sizeof(XMLNodeData*)));
   pData->pTexts = reinterpret_cast<const char**>(take(layout.iTextCount, sizeof(const char*)));
   pData->pClears = reinterpret_cast<XMLClear*>(take(layout.iClearCount, sizeof(XMLClear)));
-  pData->pAttributes =
-      reinterpret_cast<XMLAttribute*>(take(layout.iAttributeCount, sizeof(XMLAttribute)));
+  pData->pAttributes = reinterpret_cast<XMLAttribute*>(take(layout.iAttributeCount, sizeof(XMLAttribute)));
   *ppTextArea = pNext;
   return pData;
 }

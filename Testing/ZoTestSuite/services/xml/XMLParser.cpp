@@ -13,9 +13,7 @@ namespace {
 
 // The document root gives way to its only child if it holds nothing else.
 XMLNodeData* replaceRoot(XMLNodeData* pRoot) {
-  if (pRoot->iChildCount != 1 || pRoot->iTextCount || pRoot->iClearCount || pRoot->iAttributeCount) {
-    return pRoot;
-  }
+  if (pRoot->iChildCount != 1 || pRoot->iTextCount || pRoot->iClearCount || pRoot->iAttributeCount) { return pRoot; }
   XMLNodeData* pChild = pRoot->pChildren[0];
   XMLNodeDataAddRef(pChild);
   XMLNodeDataRelease(pRoot);
@@ -86,8 +84,7 @@ void CXMLParser::run() {
   SFrame root;
   root.bRoot = true;
   m_frames.Push(root);
-  while (m_bInsideTag ? stepInside() : stepOutside()) {
-  }
+  while (m_bInsideTag ? stepInside() : stepOutside()) {}
 }
 
 XMLNodeData* CXMLParser::finish() {
@@ -107,10 +104,8 @@ bool CXMLParser::stepOutside() {
   if (c != '<') return addTextRun();
   const SXMLToken token = m_tokens.Next();
   switch (token.eType) {
-    case EXMLToken::Clear:
-      return readClear(token);
-    case EXMLToken::CloseTag:
-      return closeTag(token);
+    case EXMLToken::Clear: return readClear(token);
+    case EXMLToken::CloseTag: return closeTag(token);
     default:  // TagStart or Declaration: nothing else begins with "<"
       return openElement(token);
   }
@@ -123,12 +118,9 @@ bool CXMLParser::stepInside() {
     return false;
   }
   switch (m_eAttribute) {
-    case EAttribute::Name:
-      return inAttributeName(token);
-    case EAttribute::Equals:
-      return inAttributeEquals(token);
-    default:
-      return inAttributeValue(token);
+    case EAttribute::Name: return inAttributeName(token);
+    case EAttribute::Equals: return inAttributeEquals(token);
+    default: return inAttributeValue(token);
   }
 }
 
@@ -143,15 +135,14 @@ bool CXMLParser::inAttributeName(const SXMLToken& token) {
       // A declaration's name that is the last thing in its tag loses a
       // trailing "?", as an attribute would.
       SFrame& frame = m_frames.Back();
-      if (frame.bDeclaration && m_attributes.Size() == frame.uiAttributeMark &&
-          frame.uiNameLength > 0 && m_strings[frame.uiName + frame.uiNameLength - 1] == '?') {
+      if (frame.bDeclaration && m_attributes.Size() == frame.uiAttributeMark && frame.uiNameLength > 0 &&
+          m_strings[frame.uiName + frame.uiNameLength - 1] == '?') {
         m_strings[frame.uiName + --frame.uiNameLength] = 0;
       }
       endTag(token);
       return true;
     }
-    default:
-      return fail(eXMLErrorUnexpectedToken, token.uiStart);
+    default: return fail(eXMLErrorUnexpectedToken, token.uiStart);
   }
 }
 
@@ -169,11 +160,8 @@ bool CXMLParser::inAttributeEquals(const SXMLToken& token) {
       endTag(token);
       return true;
     }
-    case EXMLToken::Equals:
-      m_eAttribute = EAttribute::Value;
-      return true;
-    default:
-      return fail(eXMLErrorUnexpectedToken, token.uiStart);
+    case EXMLToken::Equals: m_eAttribute = EAttribute::Value; return true;
+    default: return fail(eXMLErrorUnexpectedToken, token.uiStart);
   }
 }
 

@@ -8,11 +8,8 @@
 namespace TestSuite {
 
 const SXMLClearTag c_XMLClearTags[c_iXMLClearTagCount] = {
-    {"<![CDATA[", "]]>", 9, 3},
-    {"<PRE>", "</PRE>", 5, 6},
-    {"<Script>", "</Script>", 8, 9},
-    {"<!--", "-->", 4, 3},
-    {"<!DOCTYPE", ">", 9, 1},
+    {"<![CDATA[", "]]>", 9, 3}, {"<PRE>", "</PRE>", 5, 6}, {"<Script>", "</Script>", 8, 9},
+    {"<!--", "-->", 4, 3},      {"<!DOCTYPE", ">", 9, 1},
 };
 
 CXMLTokenizer::CXMLTokenizer(const char* sText) : m_sText(sText), m_uiLength(std::strlen(sText)) {}
@@ -113,20 +110,12 @@ SXMLToken CXMLTokenizer::Next() {
   token.uiStart = uiStart;
   token.uiLength = 1;
   switch (m_sText[uiStart]) {
-    case 0:
-      token.uiLength = 0;
-      return token;
+    case 0: token.uiLength = 0; return token;
     case '"':
-    case '\'':
-      return readQuoted(uiStart);
-    case '<':
-      return readTag(uiStart);
-    case '>':
-      token.eType = EXMLToken::TagEnd;
-      break;
-    case '=':
-      token.eType = EXMLToken::Equals;
-      break;
+    case '\'': return readQuoted(uiStart);
+    case '<': return readTag(uiStart);
+    case '>': token.eType = EXMLToken::TagEnd; break;
+    case '=': token.eType = EXMLToken::Equals; break;
     case '/':
       if (m_sText[uiStart + 1] == '>') {
         token.eType = EXMLToken::ShortHandClose;
