@@ -4,8 +4,8 @@ set -euo pipefail
 
 packages=(cmake ninja-build g++ git
           libfmt-dev nlohmann-json3-dev libcli11-dev
-          libgtest-dev libgmock-dev libbenchmark-dev
-          libxml2-utils nodejs npm)
+          libgtest-dev libgmock-dev
+          libxml2-utils nodejs npm clang-format)
 # Only the browser check of the HTML report needs it; it is skipped without.
 optional_packages=(chromium)
 
