@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
+
 namespace TestSuite::CLI {
 
 namespace {
@@ -19,7 +21,7 @@ std::string colorSequence(ZoColorRGBA color) {
 }
 
 std::string formatDuration(double seconds) {
-  const auto total = static_cast<long long>(seconds + 0.5);
+  const long long total = std::llround(seconds);
   if (total >= 3600) return fmt::format("{}:{:02}:{:02}", total / 3600, total / 60 % 60, total % 60);
   return fmt::format("{}:{:02}", total / 60, total % 60);
 }
@@ -31,7 +33,7 @@ std::string CTerminalSink::Decorate(const COut& out) {
   if (out.IsBold()) prefix += "\x1b[1m";
   if (out.IsUnderlined()) prefix += "\x1b[4m";
   if (out.HasColor()) prefix += colorSequence(out.GetColor());
-  const std::string text = out.GetText().ToUtf8();
+  std::string text = out.GetText().ToUtf8();
   if (prefix.empty()) return text;
   // Decorations end before a line end, so that the status line and the next
   // line start plain.

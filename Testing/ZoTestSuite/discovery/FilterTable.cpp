@@ -1,6 +1,7 @@
 // The filter table: one include, exclude or neutral per case of a CTree,
 // found by a walk from the root in which the deepest level that says
 // something wins, and the purge of a class list by such a table.
+#include <utility>
 #include <vector>
 
 #include "ZoTestSuiteTree.h"
@@ -59,8 +60,8 @@ XbArray<EFilterResult> ComputeFilterTable(const XbArray<SUnitTest>& unitTests, c
 }
 
 void PurgeTestCases(XbArray<SUnitTest>& unitTests, const CTree& tree, XbArray<EFilterResult> table, bool bKeepNeutral) {
-  XbArray<SUnitTest> old = std::move(unitTests);
-  unitTests.RemoveAll();
+  XbArray<SUnitTest> old;
+  std::swap(old, unitTests);
 
   // One flag per case of the old list, at its class's offset.
   std::vector<unsigned int> offsets(old.GetCount() + 1, 0);

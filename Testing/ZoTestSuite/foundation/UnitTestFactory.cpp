@@ -6,8 +6,8 @@ std::unique_ptr<ZoUnitTest> CreateUnitTestInstance(const CString& className) {
   if (!create) return nullptr;
   std::unique_ptr<IObject> object = create();
   auto* test = dynamic_cast<ZoUnitTest*>(object.get());
-  if (!test) return nullptr;  // `object` destroys what is no test
-  object.release();
+  if (!test) return nullptr;            // `object` destroys what is no test
+  static_cast<void>(object.release());  // now owned through `test`, which may point elsewhere in it
   return std::unique_ptr<ZoUnitTest>(test);
 }
 

@@ -126,8 +126,8 @@ class CPooledAddressMap {
   }
 
   void createTable() {
-    SNode** table = static_cast<SNode**>(allocate(c_uiInitialBuckets * sizeof(SNode*)));
-    std::memset(table, 0, c_uiInitialBuckets * sizeof(SNode*));
+    SNode** table = static_cast<SNode**>(allocate(c_uiInitialBuckets * sizeof(void*)));
+    std::memset(table, 0, c_uiInitialBuckets * sizeof(void*));
     m_ppTable = table;
     m_uiBuckets = c_uiInitialBuckets;
     m_uiShift = 7;
@@ -152,9 +152,9 @@ class CPooledAddressMap {
   // it, the map keeps its table: longer chains, still correct.
   void grow() {
     const unsigned int buckets = m_uiBuckets * 2;
-    auto** table = static_cast<SNode**>(TAllocator::Allocate(buckets * sizeof(SNode*)));
+    auto** table = static_cast<SNode**>(TAllocator::Allocate(buckets * sizeof(void*)));
     if (!table) return;
-    std::memset(table, 0, buckets * sizeof(SNode*));
+    std::memset(table, 0, buckets * sizeof(void*));
     SNode** old = m_ppTable;
     const unsigned int oldBuckets = m_uiBuckets;
     m_ppTable = table;

@@ -52,7 +52,7 @@ std::vector<fs::path> sortedEntries(const fs::path& directory) {
 
 std::string nvidiaModel(const fs::path& root) {
   for (const fs::path& gpu : sortedEntries(root / "proc/driver/nvidia/gpus")) {
-    const std::string model = findValue(gpu / "information", "Model");
+    std::string model = findValue(gpu / "information", "Model");
     if (!model.empty()) return model;
   }
   return std::string();

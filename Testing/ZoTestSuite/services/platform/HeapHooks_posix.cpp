@@ -7,11 +7,14 @@
 
 #include "services/platform/HeapHooks.h"
 
+// glibc's own entry points, which the replacements forward to.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 void* __libc_malloc(std::size_t size) noexcept;
 void __libc_free(void* address) noexcept;
 void* __libc_realloc(void* address, std::size_t size) noexcept;
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 

@@ -15,8 +15,8 @@ constexpr unsigned char leadLength(int byte) {
 }  // namespace
 
 const unsigned char c_XMLCharLength[256] = {
-#define ZO_L4(b) leadLength(b), leadLength(b + 1), leadLength(b + 2), leadLength(b + 3)
-#define ZO_L16(b) ZO_L4(b), ZO_L4(b + 4), ZO_L4(b + 8), ZO_L4(b + 12)
+#define ZO_L4(b) leadLength(b), leadLength((b) + 1), leadLength((b) + 2), leadLength((b) + 3)
+#define ZO_L16(b) ZO_L4(b), ZO_L4((b) + 4), ZO_L4((b) + 8), ZO_L4((b) + 12)
     ZO_L16(0x00), ZO_L16(0x10), ZO_L16(0x20), ZO_L16(0x30), ZO_L16(0x40), ZO_L16(0x50), ZO_L16(0x60), ZO_L16(0x70),
     ZO_L16(0x80), ZO_L16(0x90), ZO_L16(0xA0), ZO_L16(0xB0), ZO_L16(0xC0), ZO_L16(0xD0), ZO_L16(0xE0), ZO_L16(0xF0),
 #undef ZO_L16

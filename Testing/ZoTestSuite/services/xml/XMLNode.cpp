@@ -12,7 +12,8 @@ namespace TestSuite {
 XMLNode::XMLNode(const XMLNode& other) : m_data(other.m_data) { XMLNodeDataAddRef(m_data); }
 
 XMLNode& XMLNode::operator=(const XMLNode& other) {
-  XMLNodeDataAddRef(other.m_data);  // first, so that self-assignment is safe
+  if (this == &other) return *this;
+  XMLNodeDataAddRef(other.m_data);
   XMLNodeDataRelease(m_data);
   m_data = other.m_data;
   return *this;

@@ -9,11 +9,11 @@ namespace TestSuite {
 XMLNodeData* XMLNodeDataCreate(const SXMLNodeLayout& layout, char** ppTextArea) {
   // Every part of the block is pointer-aligned: the arrays hold pointers
   // only, and the texts come last.
-  const std::size_t uiBytes =
-      sizeof(XMLNodeData) + sizeof(XMLNodeData*) * static_cast<std::size_t>(layout.iChildCount) +
-      sizeof(const char*) * static_cast<std::size_t>(layout.iTextCount) +
-      sizeof(XMLClear) * static_cast<std::size_t>(layout.iClearCount) +
-      sizeof(XMLAttribute) * static_cast<std::size_t>(layout.iAttributeCount) + layout.uiTextBytes;
+  const std::size_t uiBytes = sizeof(XMLNodeData) + sizeof(void*) * static_cast<std::size_t>(layout.iChildCount) +
+                              sizeof(void*) * static_cast<std::size_t>(layout.iTextCount) +
+                              sizeof(XMLClear) * static_cast<std::size_t>(layout.iClearCount) +
+                              sizeof(XMLAttribute) * static_cast<std::size_t>(layout.iAttributeCount) +
+                              layout.uiTextBytes;
   char* pBlock = static_cast<char*>(std::malloc(uiBytes));
   if (!pBlock) return nullptr;
 
@@ -28,8 +28,8 @@ XMLNodeData* XMLNodeDataCreate(const SXMLNodeLayout& layout, char** ppTextArea) 
   pData->iTextCount = layout.iTextCount;
   pData->iClearCount = layout.iClearCount;
   pData->iAttributeCount = layout.iAttributeCount;
-  pData->pChildren = reinterpret_cast<XMLNodeData**>(take(layout.iChildCount, sizeof(XMLNodeData*)));
-  pData->pTexts = reinterpret_cast<const char**>(take(layout.iTextCount, sizeof(const char*)));
+  pData->pChildren = reinterpret_cast<XMLNodeData**>(take(layout.iChildCount, sizeof(void*)));
+  pData->pTexts = reinterpret_cast<const char**>(take(layout.iTextCount, sizeof(void*)));
   pData->pClears = reinterpret_cast<XMLClear*>(take(layout.iClearCount, sizeof(XMLClear)));
   pData->pAttributes = reinterpret_cast<XMLAttribute*>(take(layout.iAttributeCount, sizeof(XMLAttribute)));
   *ppTextArea = pNext;

@@ -79,7 +79,8 @@ class CXMLParseStack {
   void reserve(std::size_t uiNeeded) {
     std::size_t uiCapacity = CXMLGrowth::Next(m_uiCapacity);
     if (uiCapacity < uiNeeded) uiCapacity = uiNeeded;
-    void* pItems = std::realloc(m_pItems, uiCapacity * sizeof(T));
+    void* pItems =
+        std::realloc(m_pItems, uiCapacity * sizeof(T));  // NOLINT(bugprone-sizeof-expression): T may be a pointer
     if (!pItems) throw std::bad_alloc();
     m_pItems = static_cast<T*>(pItems);
     m_uiCapacity = uiCapacity;
