@@ -45,6 +45,13 @@ for p in "${optional_packages[@]}"; do
   fi
 done
 
+# A locale whose decimal separator is a comma, for the tests that show that
+# numbers in files do not depend on the locale.
+if ! locale -a 2>/dev/null | grep -qi '^de_DE\.utf-\?8$'; then
+  if ! command -v localedef >/dev/null 2>&1; then install_packages locales; fi
+  "${sudo_cmd[@]}" localedef -i de_DE -f UTF-8 de_DE.UTF-8 || echo "setup: de_DE.UTF-8 could not be generated" >&2
+fi
+
 # Front-end packages come from the committed lock file.
 root=$(cd "$(dirname "$0")/.." && pwd)
 if [ -f "$root/package-lock.json" ]; then

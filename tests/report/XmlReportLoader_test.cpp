@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <cstdlib>
+#include <string>
 
 #include "TempDirectory.h"
 #include "report/XmlReportWriter.h"
@@ -140,6 +142,17 @@ TEST(XmlReportLoaderTest, TimeOutOfMinusOneComesBackAsAllOnesAndTimesKeepSixDeci
   const SData loaded = writeAndLoad(written);
   EXPECT_EQ(loaded.TimeOut, 0xFFFFFFFFu);
   EXPECT_EQ(loaded.TimeTotal, 1.234568);
+}
+
+TEST(XmlReportLoaderTest, TimesLoadBackUnderALocaleWithADecimalComma) {
+  const std::string previous = std::setlocale(LC_ALL, nullptr);
+  if (!std::setlocale(LC_ALL, "de_DE.UTF-8"))
+    GTEST_SKIP() << "de_DE.UTF-8 is not installed (scripts/setup.sh makes it)";
+  SData written = MakeEmptyReport();
+  written.TimeTotal = 2.5;
+  const SData loaded = writeAndLoad(written);
+  std::setlocale(LC_ALL, previous.c_str());
+  EXPECT_EQ(loaded.TimeTotal, 2.5);
 }
 
 TEST(XmlReportLoaderTest, MissingFileGivesFalseAndPrintsNothing) {

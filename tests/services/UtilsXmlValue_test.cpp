@@ -75,12 +75,19 @@ TEST(UtilsXmlValue, GetUInt32SkipsLeadingBlanksAndTakesAPlus) {
   EXPECT_EQ(readUInt32("+8"), 8u);
 }
 
-TEST(UtilsXmlValue, GetUInt32KeepsTheLowBitsOfTheConversion) {
-  EXPECT_EQ(readUInt32("-1"), 0xFFFFFFFFu);  // negated in unsigned arithmetic
+TEST(UtilsXmlValue, GetUInt32NegatesALeadingMinusInUnsignedArithmetic) {
+  EXPECT_EQ(readUInt32("-1"), 0xFFFFFFFFu);
   EXPECT_EQ(readUInt32("-2"), 0xFFFFFFFEu);
-  EXPECT_EQ(readUInt32("4294967296"), 0u);  // 2^32: low bits zero
-  EXPECT_EQ(readUInt32("4294967301"), 5u);
-  EXPECT_EQ(readUInt32("99999999999999999999"), 0xFFFFFFFFu);  // out of range: the largest value
+  EXPECT_EQ(readUInt32("&#32;-3"), 0xFFFFFFFDu);
+}
+
+TEST(UtilsXmlValue, GetUInt32OutOfRangeStoresTheLargestValue) {
+  // A time limit of 2^32 seconds must not become a limit of 0 seconds.
+  EXPECT_EQ(readUInt32("4294967295"), 0xFFFFFFFFu);
+  EXPECT_EQ(readUInt32("4294967296"), 0xFFFFFFFFu);
+  EXPECT_EQ(readUInt32("4294967301"), 0xFFFFFFFFu);
+  EXPECT_EQ(readUInt32("99999999999999999999"), 0xFFFFFFFFu);
+  EXPECT_EQ(readUInt32("-4294967296"), 0xFFFFFFFFu);
 }
 
 TEST(UtilsXmlValue, GetUInt32WithoutTextLeavesTheTarget) {
@@ -126,4 +133,14 @@ TEST(UtilsXmlValue, GetUInt64OptionalEngagesWithTheParsedValue) {
   Utils::GetUInt64Optional(element("keine Zahl"), optional);
   ASSERT_TRUE(optional.has_value());
   EXPECT_EQ(*optional, 0u);
+}
+
+TEST(UtilsXmlValue, ParseDoubleReadsAPointAsTheDecimalSeparator) {
+  EXPECT_EQ(Utils::ParseDouble("1.234568"), 1.234568);
+  EXPECT_EQ(Utils::ParseDouble(" +2.5e3x"), 2500.0);
+  EXPECT_EQ(Utils::ParseDouble("-0.25"), -0.25);
+  EXPECT_EQ(Utils::ParseDouble("1,5"), 1.0);  // a comma ends the number
+  EXPECT_EQ(Utils::ParseDouble("abc"), 0.0);
+  EXPECT_EQ(Utils::ParseDouble(""), 0.0);
+  EXPECT_EQ(Utils::ParseDouble(nullptr), 0.0);
 }

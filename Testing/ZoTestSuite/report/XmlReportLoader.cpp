@@ -41,7 +41,7 @@ std::int64_t int64Of(const XMLNode& parent, const char* name) {
 
 double doubleOf(const XMLNode& parent, const char* name) {
   const char* text = parent.getChildNode(name, 0).getText(0);
-  return text ? std::atof(text) : 0.0;
+  return Utils::ParseDouble(text);
 }
 
 Run::ECaseResult resultOf(const char* word) {

@@ -75,11 +75,16 @@ void GetBool(const XMLNode& node, bool& target);
 // strtoul / strtoull with base 10, unchecked: leading blanks skipped,
 // digits up to the first other character, no digits give 0, a minus sign
 // negates in unsigned arithmetic, overflow gives the largest value.
-// GetUInt32 keeps the low 32 bits of the (64-bit) strtoul result.
+// GetUInt32 reads a leading minus as negation in 32 bits ("-1" is all ones);
+// a value beyond 32 bits stores the largest value, never its low bits.
 void GetUInt32(const XMLNode& node, unsigned int& target);
 void GetUInt64(const XMLNode& node, std::uint64_t& target);
 // No text or an empty text resets the target; otherwise as GetUInt64.
 void GetUInt64Optional(const XMLNode& node, std::optional<std::uint64_t>& target);
+// The decimal number at the start of `text` (blanks and a plus skipped), read
+// with a point as the decimal separator whatever the process's locale; 0 when
+// there is none or `text` is null.
+double ParseDouble(const char* text);
 
 // --- Build and machine -------------------------------------------------------
 

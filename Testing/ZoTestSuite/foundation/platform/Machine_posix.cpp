@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -94,9 +95,11 @@ std::uint32_t GetCPUSpeedMHz(const std::string& root) {
       return static_cast<std::uint32_t>(std::stoull(maxFrequency) / 1000);
     } catch (const std::exception&) {}
   }
-  try {
-    return static_cast<std::uint32_t>(std::stod(findValue(base / "proc/cpuinfo", "cpu MHz")));
-  } catch (const std::exception&) { return 0; }
+  // The kernel writes a decimal point whatever the process's locale.
+  const std::string megahertz = findValue(base / "proc/cpuinfo", "cpu MHz");
+  double value = 0.0;
+  std::from_chars(megahertz.data(), megahertz.data() + megahertz.size(), value);
+  return value > 0.0 && value < 4294967296.0 ? static_cast<std::uint32_t>(value) : 0;
 }
 
 std::uint64_t GetTotalPhysicalMemory() {
