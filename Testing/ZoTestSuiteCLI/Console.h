@@ -8,8 +8,9 @@ bool IsStandardOutputTerminal();
 // Width of the terminal in columns, 80 when it cannot be told.
 int GetTerminalWidth();
 
-// Installs the Ctrl-C handler: the first Ctrl-C raises the cancel flag, a
-// second one ends the process at once with status 130.
+// Installs the Ctrl-C handler, which also takes SIGTERM and SIGHUP: the
+// first signal raises the cancel flag, a second one ends the process at once
+// with status 130. SIGPIPE is ignored.
 void InstallInterruptHandler();
 bool IsInterrupted();
 

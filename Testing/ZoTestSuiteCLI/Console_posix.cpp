@@ -33,7 +33,12 @@ void InstallInterruptHandler() {
   action.sa_handler = onInterrupt;
   sigemptyset(&action.sa_mask);
   action.sa_flags = SA_RESTART;
-  sigaction(SIGINT, &action, nullptr);
+  // A terminal that closes and a service manager that stops the run ask
+  // for the same as Ctrl-C: cancel, then write the summary and the reports.
+  for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) sigaction(signalNumber, &action, nullptr);
+  // A console that goes away (a pipe into `head`) is not the run's concern:
+  // writes to it fail quietly and the reports are still written.
+  signal(SIGPIPE, SIG_IGN);
 }
 
 bool IsInterrupted() { return g_interrupts.load(std::memory_order_relaxed) > 0; }

@@ -215,7 +215,13 @@ TEST_F(CrashIsolation, ExternalIsolatedGivesEveryCaseItsOwnChild) {
   }
 }
 
-TEST(CrashIsolationInterrupt, CtrlCStopsTheRunKillsTheChildAndPrintsTheSummary) {
+// Ctrl-C (INT), a stop request (TERM) and a closed terminal (HUP) all cancel
+// the run in the same way.
+class CrashIsolationInterrupt : public testing::TestWithParam<const char*> {};
+
+INSTANTIATE_TEST_SUITE_P(Signals, CrashIsolationInterrupt, testing::Values("INT", "TERM", "HUP"));
+
+TEST_P(CrashIsolationInterrupt, SignalStopsTheRunKillsTheChildAndPrintsTheSummary) {
   const CPrivateFrontEnd frontEnd({"isolation_CrashClasses"});
   const CDataTree data({"IsoSlow"});
   CCliProcess process(frontEnd.Program(), {"-d", data.Path(), "-x", "-r", "2", "-v", "--no-times", "--no-color"});
@@ -225,7 +231,7 @@ TEST(CrashIsolationInterrupt, CtrlCStopsTheRunKillsTheChildAndPrintsTheSummary) 
   for (int i = 0; i < 3000 && !running(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
   ASSERT_TRUE(running()) << "the front end and its child";
   const auto interrupted = std::chrono::steady_clock::now();
-  ASSERT_TRUE(process.Interrupt());
+  ASSERT_TRUE(process.SendSignal(GetParam()));
   const SCliResult result = process.Finish(60);
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - interrupted).count();
   ASSERT_FALSE(result.bTimedOut);

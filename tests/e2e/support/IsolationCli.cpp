@@ -67,10 +67,10 @@ bool CCliProcess::WaitForOutput(const std::string& text, unsigned int timeoutSec
   return true;
 }
 
-bool CCliProcess::Interrupt() {
+bool CCliProcess::SendSignal(const std::string& name) {
   if (!m_child.IsRunning()) return false;
   Process::CChild kill;
-  std::string command("kill -INT ");
+  std::string command("kill -" + name + " ");
   command.append(std::to_string(m_uiId));
   if (!kill.Start({{"/bin/sh", "-c", command}, "", Process::EStandardStreams::eNull})) return false;
   return kill.WaitFor(10000) && kill.GetExitStatus().iCode == 0 && !kill.GetExitStatus().bSignaled;

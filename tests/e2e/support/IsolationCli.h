@@ -29,7 +29,9 @@ class CCliProcess {
   // Waits until the output holds `text`, at most `timeoutSeconds`.
   bool WaitForOutput(const std::string& text, unsigned int timeoutSeconds);
   // Sends SIGINT, as Ctrl-C at the console does, to the front end alone.
-  bool Interrupt();
+  bool Interrupt() { return SendSignal("INT"); }
+  // Sends the signal of that name ("TERM", "HUP", …) to the front end alone.
+  bool SendSignal(const std::string& name);
   // Waits for the end, killing the front end after `timeoutSeconds`.
   SCliResult Finish(unsigned int timeoutSeconds);
 
