@@ -155,6 +155,21 @@ TEST(XmlReportLoaderTest, TimesLoadBackUnderALocaleWithADecimalComma) {
   EXPECT_EQ(loaded.TimeTotal, 2.5);
 }
 
+TEST(XmlReportLoaderTest, Latin1LettersBeforeADelimiterLoadBack) {
+  SData written = MakeEmptyReport();
+  written.RunTag = L"Prüfung Tagä";
+  AddClass(written, L"Straß", 1, 0, 0, 0);
+  SCaseData& row = AddCase(written, 0, L"Straß", L"Größe", Run::eCaseOk);
+  row.Dumps.Add(SDump{false, L"café"});
+  const SData loaded = writeAndLoad(written);
+  EXPECT_EQ(loaded.RunTag, L"Prüfung Tagä");
+  ASSERT_EQ(loaded.Cases.GetCount(), 1u);
+  EXPECT_EQ(loaded.Cases[0].ClassName, L"Straß");
+  EXPECT_EQ(loaded.Cases[0].CaseName, L"Größe");
+  ASSERT_EQ(loaded.Cases[0].Dumps.GetCount(), 1u);
+  EXPECT_EQ(loaded.Cases[0].Dumps[0].Text, L"café");
+}
+
 TEST(XmlReportLoaderTest, MissingFileGivesFalseAndPrintsNothing) {
   TempDirectory directory;
   SData data;

@@ -23,8 +23,19 @@ TEST(XMLCharacters, CharacterNeverReachesBeyondTheTerminator) {
   EXPECT_EQ(XMLCharLength("\xE4"), 1u);
   EXPECT_EQ(XMLCharLength("\xF0\x9F"), 2u);
   EXPECT_EQ(XMLCharLength("\xF0\x9F\x98\x80"), 4u);
-  EXPECT_EQ(XMLCharLength("\xE4<a"), 3u);
+  EXPECT_EQ(XMLCharLength("\xE4<a"), 1u);
   EXPECT_EQ(XMLCharLength(""), 0u);
+}
+
+TEST(XMLCharacters, ALeadByteTakesAlongOnlyContinuationBytes) {
+  EXPECT_EQ(XMLCharLength("\xC3\xA9<"), 2u);  // UTF-8 "é"
+  EXPECT_EQ(XMLCharLength("\xE9<"), 1u);      // Latin-1 "é" before a delimiter
+  EXPECT_EQ(XMLCharLength("\xE9\""), 1u);
+  EXPECT_EQ(XMLCharLength("\xDF>"), 1u);      // Latin-1 "ß"
+  EXPECT_EQ(XMLCharLength("\xE2\x82<"), 2u);  // a cut sequence ends at the delimiter
+  EXPECT_EQ(XMLCharLength("\xF0\x9F\x98"
+                          "A"),
+            3u);
 }
 
 TEST(XMLCharacters, NamesCompareWithoutCase) {

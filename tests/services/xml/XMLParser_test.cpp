@@ -243,14 +243,13 @@ TEST(XMLParser, ColumnsCountCharactersNotBytes) {
   expectError("\xE2\x82\xAC\n\xF0\x9F\x98\x80<a>&x;", eXMLErrorUnknownCharacterEntity, 2, 5);
 }
 
-TEST(XMLParser, LeadBytesOfAnEightBitTextTakeTheFollowingBytesAlong) {
-  // In ISO-8859-1 "\xE4" is a letter, but as a UTF-8 lead byte it is three
-  // bytes long and swallows "</": the element stays open.
-  const SOutcome swallowed = parse("<a>\xE4</a>");
-  EXPECT_EQ(swallowed.results.error, eXMLErrorMissingEndTag);
-  EXPECT_EQ(swallowed.results.nColumn, 4);
-  EXPECT_EQ(str(swallowed.node.getText(0)), "\xE4</a>");
-  // "\xFC" cannot lead a sequence and stands for itself.
+TEST(XMLParser, LatinOneLettersOfAnEightBitTextStandForThemselves) {
+  // "\xE4" looks like the lead byte of a three-byte UTF-8 sequence, but no
+  // continuation byte follows: it is one letter and leaves "</" alone.
+  const SOutcome latin = parse("<a t=\"Tag\xE4\">caf\xE9</a>");
+  EXPECT_EQ(latin.results.error, eXMLErrorNone);
+  EXPECT_EQ(str(latin.node.getText(0)), "caf\xE9");
+  EXPECT_EQ(str(latin.node.getAttribute("t")), "Tag\xE4");
   const SOutcome plain = parse("<a>\xFC</a>");
   EXPECT_EQ(plain.results.error, eXMLErrorNone);
   EXPECT_EQ(str(plain.node.getText(0)), "\xFC");

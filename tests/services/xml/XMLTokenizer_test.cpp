@@ -61,12 +61,12 @@ TEST(XMLTokenizer, ClearTagsComeFirstInTableOrder) {
   EXPECT_EQ(tokenizer.MatchClear(1), -1);
 }
 
-TEST(XMLTokenizer, LeadBytesTakeFollowingBytesAlong) {
-  EXPECT_EQ(tokens("\xE4<a b"), (Tokens{"Text:\xE4<a", "Text:b"}));
+TEST(XMLTokenizer, ALeadByteNeverTakesADelimiterAlong) {
+  EXPECT_EQ(tokens("\xE4<a b"), (Tokens{"Text:\xE4", "Tag:<", "Text:a", "Text:b"}));
   EXPECT_EQ(tokens("\xC3\xA4<a"), (Tokens{"Text:\xC3\xA4", "Tag:<", "Text:a"}));
   CXMLTokenizer tokenizer("x \xE4<a <b");
-  EXPECT_EQ(tokenizer.ScanToTag(), 6u);
-  EXPECT_EQ(tokenizer.Position(), 6u);
+  EXPECT_EQ(tokenizer.ScanToTag(), 3u);
+  EXPECT_EQ(tokenizer.Position(), 3u);
 }
 
 TEST(XMLTokenizer, EndOfInputKeepsThePosition) {

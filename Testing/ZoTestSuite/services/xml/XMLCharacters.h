@@ -1,12 +1,12 @@
 // XMLCharacters: how the XML reader steps through its narrow text, one
 // character at a time, and how it compares names.
 //
-// A character is as long as the UTF-8 length of its lead byte says: 1 for
+// A character is as long as the UTF-8 length of its lead byte says (1 for
 // ASCII and for bytes that cannot lead a sequence, 2 for C2 to DF, 3 for E0
-// to EF, 4 for F0 to F4, and 0 for the terminating zero. The table is applied
-// to every text, also to 8-bit text that is not UTF-8: a byte of such a text
-// that looks like a lead byte takes the bytes behind it along, whatever they
-// are. A character never reaches beyond the terminating zero.
+// to EF, 4 for F0 to F4, and 0 for the terminating zero), but it takes along
+// only continuation bytes (80 to BF). So in 8-bit text that is not UTF-8 (a
+// Latin-1 "é" before a "<") a byte that looks like a lead byte is one
+// character, and no delimiter is ever swallowed.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@ inline std::size_t XMLCharLength(const char* p) {
   if (c < 0x80) return c ? 1 : 0;
   const std::size_t uiLength = c_XMLCharLength[c];
   for (std::size_t k = 1; k < uiLength; ++k) {
-    if (!p[k]) return k;
+    if ((static_cast<unsigned char>(p[k]) & 0xC0) != 0x80) return k;
   }
   return uiLength;
 }

@@ -61,18 +61,12 @@ bool XMLDecodeEntities(const char* sSource, std::size_t uiLength, char* pTarget,
   std::size_t i = 0;
   std::size_t o = 0;
   while (i < uiLength) {
-    // The bytes up to the next "&" go as they are, but the "&" counts only
-    // if no multi-byte character takes it along: then the copy goes on
-    // behind that character.
+    // The bytes up to the next "&" go as they are; a multi-byte character
+    // never holds an "&", since it takes along continuation bytes only.
     const void* pAmpersand = std::memchr(sSource + i, '&', uiLength - i);
     const std::size_t uiAmpersand =
         pAmpersand ? static_cast<std::size_t>(static_cast<const char*>(pAmpersand) - sSource) : uiLength;
-    std::size_t uiEnd = i;
-    while (uiEnd < uiAmpersand) {
-      const auto c = static_cast<unsigned char>(sSource[uiEnd]);
-      uiEnd += c < 0x80 ? 1 : c_XMLCharLength[c];
-    }
-    if (uiEnd > uiLength) uiEnd = uiLength;
+    const std::size_t uiEnd = uiAmpersand;
     std::memcpy(pTarget + o, sSource + i, uiEnd - i);
     o += uiEnd - i;
     i = uiEnd;
