@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "TempDirectory.h"
@@ -9,6 +10,7 @@
 #include "foundation/XbRTTI.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/platform/Library.h"
+#include "foundation_TestFiles.h"
 #include "services_COutRecorder.h"
 
 using namespace TestSuite;
@@ -126,4 +128,13 @@ TEST(Environment, ADeletedInitialDirectoryIsNotReported) {
     EXPECT_EQ(recorder.Text(), CString());
   }
   ZoFileSystem::SetCurrentDirectoryW(before);
+}
+
+TEST(EnvironmentTest, PreallocateStaticDataLeavesNoTemporaryFile) {
+  // A child process ends by SIGKILL, so what the warm-up writes must be gone
+  // when the warm-up returns, not when the environment ends.
+  TempDirectory directory;
+  const FoundationTest::CScopedEnvironment temporary("TMPDIR", directory.Path().ToUtf8());
+  CEnvironment::PreallocateStaticData();
+  EXPECT_TRUE(std::filesystem::is_empty(directory.Path().ToUtf8()));
 }

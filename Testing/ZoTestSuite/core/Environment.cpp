@@ -5,7 +5,6 @@
 #include "ZoTestSuiteEnvironment.h"
 #include "core/WiringContainer.h"
 #include "foundation/WrCProduct.h"
-#include "foundation/XbCriticalSection.h"
 #include "foundation/XbDateTime.h"
 #include "foundation/XbException.h"
 #include "foundation/XbSingleton.h"
@@ -38,17 +37,6 @@ const CString& libraryListPath() {
   return path;
 }
 
-// The warm-up files of PreallocateStaticData; they go with the environment.
-struct SWarmUpFiles {
-  XbCriticalSection lock;
-  XbArray<CString> paths;
-};
-
-SWarmUpFiles& warmUpFiles() {
-  static SWarmUpFiles files;
-  return files;
-}
-
 void warmUpFileStreams() {
   const CString path = ZoFileSystem::GetDirectory(ZoFileSystem::eTemporary) + L"ZoTestSuite-" +
                        ZoUniqueIdT<CString>::GetUniqueID() + L".tmp";
@@ -59,8 +47,8 @@ void warmUpFileStreams() {
   }
   std::string bytes;
   ZoFileSystem::ReadFile(path, bytes);
-  XbScopedLock lock(warmUpFiles().lock);
-  warmUpFiles().paths.Add(path);
+  // At once: a child process ends by SIGKILL and would leave it behind.
+  ZoFileSystem::DeleteFileW(path);
 }
 
 void warmUpTextServices() {
@@ -89,11 +77,6 @@ CEnvironment::~CEnvironment() {
     XbSingleton<ZoMessageDispatcher>::GetInstance().ShutdownAndWait(0xFFFFFFFF);
   if (XbSingleton<XbThreadPool>::HasInstance()) XbSingleton<XbThreadPool>::GetInstance().ShutdownAndWait(0xFFFFFFFF);
   container.reset();
-  {
-    XbScopedLock lock(warmUpFiles().lock);
-    for (const CString& path : warmUpFiles().paths) ZoFileSystem::DeleteFileW(path);
-    warmUpFiles().paths.RemoveAll();
-  }
   CHeapTracker::UnhookAll();
 }
 
