@@ -9,6 +9,7 @@
 
 #include "TempDirectory.h"
 #include "foundation/ZoFileSystem.h"
+#include "services_COutRecorder.h"
 
 using TestSuite::CSelectionStore;
 using SData = CSelectionStore::SData;
@@ -138,10 +139,18 @@ TEST_F(SelectionStoreTest, ClassWithoutCasesReadsBackWithEmptyCases) {
   EXPECT_EQ(read->unitTests[0].eDefault, CSelectionStore::All);
 }
 
-TEST_F(SelectionStoreTest, WriteToADirectoryThatDoesNotExistFailsQuietly) {
+TEST_F(SelectionStoreTest, WriteToADirectoryThatDoesNotExistSaysSo) {
   const CString path = m_dir.Path() + L"fehlt/selection.xml";
+  COutRecorder recorder;
   CSelectionStore::Write(SData(), path);
   EXPECT_FALSE(ZoFileSystem::Exists(path));
+  EXPECT_EQ(recorder.Text(), L"Auswahldatei " + path + L" konnte nicht geschrieben werden.\n");
+}
+
+TEST_F(SelectionStoreTest, WriteOntoAFullDiskSaysSo) {
+  COutRecorder recorder;
+  CSelectionStore::Write(SData(), L"/dev/full");
+  EXPECT_EQ(recorder.Text(), L"Auswahldatei /dev/full konnte nicht geschrieben werden.\n");
 }
 
 TEST_F(SelectionStoreTest, DefaultInCapitalsGivesNone) {

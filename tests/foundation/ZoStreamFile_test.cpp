@@ -132,3 +132,15 @@ TEST(ZoStreamReadASCIIString, EdgeCases) {
   EXPECT_EQ(line, std::string("k\r=\xE4\0z", 6));
   EXPECT_TRUE(bytes.IsEndOfStream());
 }
+
+TEST(ZoStreamWriteASCIIFile, CloseOnAFullDiskThrows) {
+  ZoStreamWriteASCIIFile stream(L"/dev/full");
+  stream << L"nicht gespeichert";
+  EXPECT_THROW(stream.Close(), XbException);
+}
+
+TEST(ZoStreamWriteASCIIFile, WriteBeyondTheBufferOnAFullDiskThrows) {
+  ZoStreamWriteASCIIFile stream(L"/dev/full");
+  const CString block(std::wstring(1 << 17, L'x').c_str());
+  EXPECT_THROW(stream << block, XbException);
+}

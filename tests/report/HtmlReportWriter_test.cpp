@@ -196,3 +196,9 @@ TEST(HtmlReportWriterTest, EmptyPathWritesNothingAndUnwritablePathPrintsOneLine)
 }
 
 }  // namespace
+
+TEST(HtmlReportWriterTest, FullDiskPrintsOneLine) {
+  COutRecorder recorder;
+  WriteHtmlReport(L"/dev/full", MakeFixedReport(), false, true);
+  EXPECT_EQ(recorder.Text(), L"HTML-Report /dev/full konnte nicht erzeugt werden.\n");
+}

@@ -117,3 +117,9 @@ TEST(JUnitReportWriterTest, EmptyPathWritesNothingAndUnwritablePathPrintsOneLine
 }
 
 }  // namespace
+
+TEST(JUnitReportWriterTest, FullDiskPrintsOneLine) {
+  COutRecorder recorder;
+  WriteJUnitReport(L"/dev/full", MakeFixedReport());
+  EXPECT_EQ(recorder.Text(), L"JUnit-Report /dev/full konnte nicht erzeugt werden.\n");
+}

@@ -157,6 +157,12 @@ TEST(XmlReportWriterTest, UnwritablePathPrintsOneLineAndReturns) {
   EXPECT_EQ(recorder.Text(), L"XML-Report " + path + L" konnte nicht erzeugt werden.\n");
 }
 
+TEST(XmlReportWriterTest, FullDiskPrintsOneLine) {
+  COutRecorder recorder;
+  WriteXmlReport(L"/dev/full", MakeFixedReport());
+  EXPECT_EQ(recorder.Text(), L"XML-Report /dev/full konnte nicht erzeugt werden.\n");
+}
+
 TEST(XmlReportWriterTest, ExistingFileIsReplaced) {
   TempDirectory directory;
   const CString path = directory / L"report.xml";

@@ -7,6 +7,7 @@
 #include "foundation/ZoFileSystem.h"
 #include "foundation/ZoStreamFile.h"
 #include "report/MarkupWriter.h"
+#include "services/COut.h"
 #include "services/xml/XMLNode.h"
 
 namespace TestSuite {
@@ -119,8 +120,10 @@ void CSelectionStore::Write(const SData& data, const CString& path) {
     for (const SData::SUnitTestSelection& unitTest : data.unitTests) writeUnitTest(file, unitTest);
     file << L"\t</Selection>\n";
     file << L"</Config>\n";
+    file.Close();
   } catch (...) {
     // A selection file that cannot be written is left as far as it came.
+    COut::Write(L"Auswahldatei %s konnte nicht geschrieben werden.\n", path);
   }
 }
 

@@ -35,9 +35,13 @@ void ZoStreamWriteASCIIFile::Write(const wchar_t* text, int length) {
     const auto ch = static_cast<std::uint32_t>(text[i]);
     bytes[static_cast<std::size_t>(i)] = ch <= 0xFF ? static_cast<char>(ch) : '?';
   }
-  m_impl->file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!m_impl->file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())))
+    XB_THROW("ZoStreamWriteASCIIFile::Write");
 }
 
 void ZoStreamWriteASCIIFile::Close() {
-  if (m_impl->file.is_open()) m_impl->file.close();
+  if (!m_impl->file.is_open()) return;
+  const bool bWritten = static_cast<bool>(m_impl->file.flush());
+  m_impl->file.close();
+  if (!bWritten || !m_impl->file) XB_THROW("ZoStreamWriteASCIIFile::Close");
 }

@@ -18,7 +18,12 @@ class ZoStreamWriteASCIIFile : public XbStreamWriteASCIIT<CString> {
   ZoStreamWriteASCIIFile& operator=(const ZoStreamWriteASCIIFile&) = delete;
 
   using XbStreamWriteASCIIT<CString>::operator<<;
+  // Throws XbException when the bytes cannot be written (a full disk); what
+  // was written before stays.
   void Write(const wchar_t* text, int length) override;
+  // Writes out what is buffered and closes the file; throws XbException when
+  // that fails. A writer that must know whether its file is complete calls
+  // it: the destructor closes too, but reports nothing.
   void Close();
 
  private:

@@ -208,6 +208,7 @@ void WriteHtmlReport(const CString& path, const SData& data, bool bOmitCaseTable
       ZoStreamWriteASCIIFile stream(path, 0, 0, 0);
       CMarkupWriter writer(stream);
       writePage(writer, data, bOmitCaseTable, bHideWarnings);
+      stream.Close();
     }
     WriteReportResourceFiles(Utils::GetPathDirectory(path));
   } catch (...) { COut::Write(L"HTML-Report %s konnte nicht erzeugt werden.\n", path); }

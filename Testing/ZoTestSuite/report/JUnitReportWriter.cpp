@@ -144,8 +144,9 @@ void WriteJUnitReport(const CString& path, const SData& data) {
   try {
     const std::string bytes = makeDocument(data).ToUtf8();
     std::ofstream file(path.ToUtf8(), std::ios::binary | std::ios::trunc);
-    if (!file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush())
-      XB_THROW("Report::WriteJUnitReport");
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    if (!file) XB_THROW("Report::WriteJUnitReport");
   } catch (...) { COut::Write(L"JUnit-Report %s konnte nicht erzeugt werden.\n", path); }
 }
 

@@ -11,6 +11,7 @@ namespace {
 void writeBytes(const CString& path, const std::string& bytes) {
   ZoStreamWriteASCIIFile stream(path, 0, 0, 0);
   stream << CString::FromLatin1(bytes);  // each character back to its one byte
+  stream.Close();
 }
 
 }  // namespace

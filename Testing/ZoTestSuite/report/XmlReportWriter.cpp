@@ -131,6 +131,7 @@ void WriteXmlReport(const CString& path, const SData& data) {
     ZoStreamWriteASCIIFile stream(path, 0, 0, 0);
     CMarkupWriter writer(stream);
     writeReport(writer, data);
+    stream.Close();
   } catch (...) { COut::Write(L"XML-Report %s konnte nicht erzeugt werden.\n", path); }
 }
 
