@@ -28,6 +28,8 @@ class CEnvironment {
   void LoadDLL(const CString& name, bool fromConfiguration);
   // Loads every library that ZoTestSuiteEnvironment.conf names.
   void LoadTestDLLs();
+  // How many libraries LoadDLL has loaded so far.
+  unsigned int GetLoadedLibraryCount() const { return uiLoadedLibraries; }
   // Makes the one-time allocations of the runtime layers happen now, outside
   // any heap measurement. Runs once per process and once per case thread.
   static void PreallocateStaticData();
@@ -36,6 +38,7 @@ class CEnvironment {
 
  private:
   CString sInitialDirectory;
+  unsigned int uiLoadedLibraries = 0;
   std::unique_ptr<Wiring::CContainer> container;
 };
 

@@ -68,6 +68,8 @@ void addProcessOptions(::CLI::App& app, SRawOptions& raw, SCommandLine& commandL
   app.add_flag("--recreate", recreate, "Renew the reference data of the cases instead of running them");
   app.add_flag_callback(
       "--no-color", [&commandLine] { commandLine.bColor = false; }, "Plain output even on a terminal");
+  app.add_flag("--allow-empty", commandLine.bAllowEmpty,
+               "A run that finds no case passes (exit status 0 instead of 5)");
   app.add_option("--memory-id", raw.sMemoryId, "Child side: name of the shared work block")->group("");
   app.add_option("--request-event-id", raw.sRequestEventId, "Child side: name of the request event")->group("");
   app.add_option("--response-event-id", raw.sResponseEventId, "Child side: name of the response event")->group("");

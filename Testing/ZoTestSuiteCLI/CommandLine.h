@@ -23,7 +23,8 @@ enum class EMode {
 struct SCommandLine {
   EMode eMode = EMode::Run;
   SSetup setup;
-  bool bColor = true;  // --no-color clears it; NO_COLOR and a non-terminal also turn colour off
+  bool bColor = true;        // --no-color clears it; NO_COLOR and a non-terminal also turn colour off
+  bool bAllowEmpty = false;  // --allow-empty: a run that finds no case passes
   std::string sHelpText;
 };
 

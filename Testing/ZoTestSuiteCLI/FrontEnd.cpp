@@ -59,14 +59,25 @@ void warnAboutLibrariesOfChildren(const SSetup& setup) {
 
 bool isFailure(Run::ECaseResult result) { return result != Run::eCaseOk && result != Run::eCaseCanceled; }
 
-int runTests(SSetup& setup, CEnvironment& env, CTerminalSink* sink) {
+// A run that found nothing: a mistyped filter or a missing library passes
+// no CI job, unless the user says that an empty run is fine.
+int noCases(const SCommandLine& commandLine, const CEnvironment& env) {
+  const SSetup& setup = commandLine.setup;
+  COut::Write(L"Keine Testfälle gefunden in %s.\n", setup.sDataDir).Color(ZoColorRGBA::c_GOLDENROD);
+  if (env.GetLoadedLibraryCount() == 0)
+    COut::Write(
+        L"Hinweis: Keine Testbibliothek geladen; --dll NAME lädt NAME.so neben ZoTestSuiteCLI, "
+        L"oder ZoTestSuiteEnvironment.conf nennt sie.\n")
+        .Color(ZoColorRGBA::c_GRAY);
+  return commandLine.bAllowEmpty ? sc_iExitPassed : sc_iExitNoCases;
+}
+
+int runTests(SCommandLine& commandLine, CEnvironment& env, CTerminalSink* sink) {
+  SSetup& setup = commandLine.setup;
   env.LoadTestDLLs();
   for (const CString& name : setup.dllFiles) env.LoadDLL(name, false);
   setup.unitTests = CollectUnitTests(setup.sDataDir, setup.collectOptions);
-  if (setup.unitTests.IsEmpty()) {
-    COut::Write(L"Keine Testfälle gefunden in %s.\n", setup.sDataDir).Color(ZoColorRGBA::c_GOLDENROD);
-    return sc_iExitPassed;
-  }
+  if (setup.unitTests.IsEmpty()) return noCases(commandLine, env);
   warnAboutLibrariesOfChildren(setup);
   if (sink) {
     sink->BeginRun(countRows(setup.unitTests, setup.run.uiRepeatCount));
@@ -101,7 +112,7 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
       for (const CString& name : setup.dllFiles) env.LoadDLL(name, false);
       ListDisabledTestCases(setup, env);
       return sc_iExitPassed;
-    default: return runTests(setup, env, sink);
+    default: return runTests(commandLine, env, sink);
   }
 }
 
@@ -120,9 +131,22 @@ void SetGlobalLocale() {
   } catch (const std::exception&) {}
 }
 
+// A data directory that does not exist, is no directory or cannot be read
+// is a usage error: a mistyped path must not pass as a run of nothing.
+bool isReadableDirectory(const CString& path) {
+  std::error_code error;
+  const std::filesystem::directory_iterator entries(std::filesystem::path(path.ToUtf8()), error);
+  return !error;
+}
+
 int RunFrontEnd(SCommandLine& commandLine) {
   SSetup& setup = commandLine.setup;
   if (commandLine.eMode != EMode::Child) setup.sDataDir = absoluteDataDir(setup.sDataDir);
+  if (commandLine.eMode != EMode::Child && !isReadableDirectory(setup.sDataDir)) {
+    std::fprintf(stderr, "ZoTestSuiteCLI: -d: '%s' is no readable directory\nRun with --help for the options.\n",
+                 setup.sDataDir.ToUtf8().c_str());
+    return sc_iExitUsage;
+  }
   if (setup.oLogFile && !setup.oLogFile->IsEmpty()) COut::SetLogFileOut(*setup.oLogFile);
   static CTerminalSink terminal(stdout);
   CTerminalSink* sink = nullptr;

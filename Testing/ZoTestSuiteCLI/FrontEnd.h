@@ -7,10 +7,11 @@
 namespace TestSuite::CLI {
 
 // Exit statuses.
-inline constexpr int sc_iExitPassed = 0;    // every executed case passed (or nothing was found)
+inline constexpr int sc_iExitPassed = 0;    // every executed case passed (or none was found with --allow-empty)
 inline constexpr int sc_iExitFailed = 1;    // a case failed, or the run was cancelled
-inline constexpr int sc_iExitUsage = 2;     // a bad command line
+inline constexpr int sc_iExitUsage = 2;     // a bad command line, or a data directory that cannot be read
 inline constexpr int sc_iExitInternal = 3;  // the harness itself gave up
+inline constexpr int sc_iExitNoCases = 5;   // the run found no case to execute
 
 int RunFrontEnd(SCommandLine& commandLine);
 

@@ -69,22 +69,42 @@ TEST(RunSpine, AllPassedExitsZero) {
   EXPECT_NE(result.sStdout.find("\tok.case... OK ["), std::string::npos);
 }
 
-TEST(RunSpine, NoTestAtAllSaysSoAndExitsZero) {
+TEST(RunSpine, NoTestAtAllSaysSoAndExitsFive) {
   TempDirectory root;
   const auto result = RunCli({"-d", root.Path().ToUtf8(), "--dll", "cli_ScriptedClasses"});
-  EXPECT_EQ(result.iExitCode, 0);
+  EXPECT_EQ(result.iExitCode, 5);
   const std::string path = root.Path().ToUtf8();
   EXPECT_EQ(Normalize(result.sStdout, {{path.substr(0, path.size() - 1), "<DATA>"}}),
             "Keine Testfälle gefunden in <DATA>.\n");
 }
 
-TEST(RunSpine, MissingLibraryIsSilentAndFindsNothing) {
+TEST(RunSpine, AnEmptyRunPassesWithAllowEmpty) {
+  TempDirectory root;
+  const auto result = RunCli({"-d", root.Path().ToUtf8(), "--dll", "cli_ScriptedClasses", "--allow-empty"});
+  EXPECT_EQ(result.iExitCode, 0);
+  EXPECT_NE(result.sStdout.find("Keine Testfälle gefunden"), std::string::npos);
+}
+
+TEST(RunSpine, NoLibraryLoadedFindsNothingAndSaysHowToLoadOne) {
   TempDirectory root;
   root.MakeDirectory(L"CliScripted");
   root.WriteFile(L"CliScripted/ok.case", "pass");
   const auto result = RunCli({"-d", root.Path().ToUtf8(), "--dll", "NoSuchLibrary"});
-  EXPECT_EQ(result.iExitCode, 0);
+  EXPECT_EQ(result.iExitCode, 5);
   EXPECT_NE(result.sStdout.find("Keine Testfälle gefunden"), std::string::npos);
+  EXPECT_NE(result.sStdout.find("Hinweis: Keine Testbibliothek geladen; --dll NAME"), std::string::npos)
+      << result.sStdout;
+}
+
+TEST(RunSpine, ADataDirectoryThatCannotBeReadIsAUsageError) {
+  TempDirectory root;
+  root.WriteFile(L"file.txt", "x");
+  for (const std::string& path : {root.Path().ToUtf8() + "missing", root.Path().ToUtf8() + "file.txt"}) {
+    const auto result = RunCli({"-d", path, "--dll", "cli_ScriptedClasses"});
+    EXPECT_EQ(result.iExitCode, 2) << path;
+    EXPECT_EQ(result.sStdout, "") << path;
+    EXPECT_NE(result.sStderr.find("-d: '" + path + "' is no readable directory"), std::string::npos) << result.sStderr;
+  }
 }
 
 TEST(RunSpine, UsageErrorsExitTwoAndNameTheOption) {

@@ -85,7 +85,10 @@ void CEnvironment::LoadDLL(const CString& name, bool fromConfiguration) {
   const CString fileName = name + L".so";
   const CString path = ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + fileName;
   if (!ZoFileSystem::Exists(path)) return;
-  if (ZoPlatform::Library::Load(path.ToUtf8())) return;
+  if (ZoPlatform::Library::Load(path.ToUtf8())) {
+    ++uiLoadedLibraries;
+    return;
+  }
   COut::Write(L"DLL '%s' konnte nicht geladen werden: %s", fileName,
               CString::FromUtf8(ZoPlatform::Library::GetLastError() + "\n"))
       .Color(ZoColorRGBA::c_GOLDENROD);
