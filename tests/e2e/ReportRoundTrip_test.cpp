@@ -49,47 +49,36 @@ std::map<std::wstring, const Report::SCaseData*> byName(const Report::SData& dat
   return rows;
 }
 
-class ReportRoundTrip : public ::testing::Test {
- protected:
-  // One run for all tests: it takes a few seconds.
-  static void SetUpTestSuite() {
-    s_root = new TempDirectory;
-    makeTree(*s_root);
-    s_out = s_root->Path().ToUtf8() + "out/";
-    CPrivateFrontEnd frontEnd({"cli_ScriptedClasses", "isolation_CrashClasses"});
-    CliTest::CCliProcess process(
-        frontEnd.Program(), {"-d", s_root->Path().ToUtf8() + "data", "-x", "--track-heap", "-v", "--no-color",
-                             "--run-tag", "round trip", "--xml", s_out + "run.xml", "--junit", s_out + "junit.xml"});
-    s_bInterrupted = process.WaitForOutput("sleep... ", 120) && process.Interrupt();
-    s_result = new CliTest::SCliResult(process.Finish(60));
-  }
-  static void TearDownTestSuite() {
-    delete s_result;
-    delete s_root;
-  }
-
-  static TempDirectory* s_root;
-  static std::string s_out;
-  static bool s_bInterrupted;
-  static CliTest::SCliResult* s_result;
+// The outcome of the one run that all checks look at.
+struct SRoundTripRun {
+  TempDirectory root;
+  std::string sOut;
+  bool bInterrupted = false;
+  CliTest::SCliResult result;
 };
 
-TempDirectory* ReportRoundTrip::s_root = nullptr;
-std::string ReportRoundTrip::s_out;
-bool ReportRoundTrip::s_bInterrupted = false;
-CliTest::SCliResult* ReportRoundTrip::s_result = nullptr;
-
-TEST_F(ReportRoundTrip, RunWasCancelledInItsLastCaseAndWroteTheReports) {
-  ASSERT_TRUE(s_bInterrupted) << s_result->sStdout;
-  EXPECT_FALSE(s_result->bTimedOut);
-  EXPECT_EQ(s_result->iExitCode, 1);
-  EXPECT_NE(s_result->sStdout.find("vom Benutzer abgebrochen"), std::string::npos) << s_result->sStdout;
-  EXPECT_EQ(runXmllint("'" + s_out + "run.xml'", s_out + "lint"), 0) << CliTest::ReadText(s_out + "lint");
+void runFrontEnd(SRoundTripRun& run) {
+  makeTree(run.root);
+  run.sOut = run.root.Path().ToUtf8() + "out/";
+  CPrivateFrontEnd frontEnd({"cli_ScriptedClasses", "isolation_CrashClasses"});
+  CliTest::CCliProcess process(frontEnd.Program(), {"-d", run.root.Path().ToUtf8() + "data", "-x", "--track-heap", "-v",
+                                                    "--no-color", "--run-tag", "round trip", "--xml",
+                                                    run.sOut + "run.xml", "--junit", run.sOut + "junit.xml"});
+  run.bInterrupted = process.WaitForOutput("sleep... ", 120) && process.Interrupt();
+  run.result = process.Finish(60);
 }
 
-TEST_F(ReportRoundTrip, XmlReportLoadsBackAsTheRunWas) {
+void checkCancelledInItsLastCaseAndWroteTheReports(const SRoundTripRun& run) {
+  ASSERT_TRUE(run.bInterrupted) << run.result.sStdout;
+  EXPECT_FALSE(run.result.bTimedOut);
+  EXPECT_EQ(run.result.iExitCode, 1);
+  EXPECT_NE(run.result.sStdout.find("vom Benutzer abgebrochen"), std::string::npos) << run.result.sStdout;
+  EXPECT_EQ(runXmllint("'" + run.sOut + "run.xml'", run.sOut + "lint"), 0) << CliTest::ReadText(run.sOut + "lint");
+}
+
+void checkXmlReportLoadsBackAsTheRunWas(const SRoundTripRun& run) {
   Report::SData data;
-  ASSERT_TRUE(Report::LoadReportDataFromXMLFile(CString::FromUtf8(s_out + "run.xml"), data));
+  ASSERT_TRUE(Report::LoadReportDataFromXMLFile(CString::FromUtf8(run.sOut + "run.xml"), data));
   EXPECT_EQ(data.RunTag, L"round trip");
   EXPECT_EQ(data.ExecutionMode, L"External");
   EXPECT_EQ(data.ClassesNotClean, 0u);  // not in the file
@@ -126,28 +115,28 @@ TEST_F(ReportRoundTrip, XmlReportLoadsBackAsTheRunWas) {
   EXPECT_EQ(data.Classes[2].Errors, 4u);
 }
 
-TEST_F(ReportRoundTrip, WrittenAgainFromTheLoadedRecordTheReportIsTheSame) {
-  const CString path = CString::FromUtf8(s_out + "run.xml");
+void checkWrittenAgainFromTheLoadedRecordTheReportIsTheSame(const SRoundTripRun& run) {
+  const CString path = CString::FromUtf8(run.sOut + "run.xml");
   Report::SData data;
   ASSERT_TRUE(Report::LoadReportDataFromXMLFile(path, data));
   // The loader gives dumps back decoded; the record of a run holds them
   // escaped.
   for (Report::SCaseData& row : data.Cases)
     for (Report::SDump& dump : row.Dumps) dump.Text = Utils::CMarkupWriter::Clean(dump.Text);
-  const CString again = CString::FromUtf8(s_out + "again.xml");
+  const CString again = CString::FromUtf8(run.sOut + "again.xml");
   Report::WriteXmlReport(again, data);
   const std::string original = TempDirectory::ReadBytes(path);
   ASSERT_FALSE(original.empty());
   EXPECT_EQ(TempDirectory::ReadBytes(again), original);
 }
 
-TEST_F(ReportRoundTrip, JUnitFileValidatesAndAgreesWithTheLoadedClasses) {
-  const std::string junit = s_out + "junit.xml";
+void checkJUnitFileValidatesAndAgreesWithTheLoadedClasses(const SRoundTripRun& run) {
+  const std::string junit = run.sOut + "junit.xml";
   const std::string schema = ZO_SOURCE_DIR "/tests/report/data/junit-10.xsd";
-  EXPECT_EQ(runXmllint("--schema '" + schema + "' '" + junit + "'", s_out + "lint-junit"), 0)
-      << CliTest::ReadText(s_out + "lint-junit");
+  EXPECT_EQ(runXmllint("--schema '" + schema + "' '" + junit + "'", run.sOut + "lint-junit"), 0)
+      << CliTest::ReadText(run.sOut + "lint-junit");
   Report::SData data;
-  ASSERT_TRUE(Report::LoadReportDataFromXMLFile(CString::FromUtf8(s_out + "run.xml"), data));
+  ASSERT_TRUE(Report::LoadReportDataFromXMLFile(CString::FromUtf8(run.sOut + "run.xml"), data));
   const std::string text = CliTest::ReadText(junit);
   for (const Report::SClassData& row : data.Classes) {
     if (row.CasesTotal == 0) continue;
@@ -159,3 +148,26 @@ TEST_F(ReportRoundTrip, JUnitFileValidatesAndAgreesWithTheLoadedClasses) {
 }
 
 }  // namespace
+
+// One run for all checks: it takes a few seconds, and CTest starts every
+// test in a process of its own.
+TEST(ReportRoundTrip, ARunsReportsLoadBackWriteAgainAndValidate) {
+  SRoundTripRun run;
+  runFrontEnd(run);
+  {
+    SCOPED_TRACE("the run was cancelled in its last case and wrote the reports");
+    checkCancelledInItsLastCaseAndWroteTheReports(run);
+  }
+  {
+    SCOPED_TRACE("the XML report loads back as the run was");
+    checkXmlReportLoadsBackAsTheRunWas(run);
+  }
+  {
+    SCOPED_TRACE("written again from the loaded record the report is the same");
+    checkWrittenAgainFromTheLoadedRecordTheReportIsTheSame(run);
+  }
+  {
+    SCOPED_TRACE("the JUnit file validates and agrees with the loaded classes");
+    checkJUnitFileValidatesAndAgreesWithTheLoadedClasses(run);
+  }
+}

@@ -14,6 +14,8 @@ using ZoPlatform::Process::SSpawnRequest;
 
 namespace {
 
+// A script that waits should `exec` its last program: a `sleep` forked by
+// the shell outlives the killed shell and holds the test's output open.
 SSpawnRequest shell(const char* script) {
   SSpawnRequest request;
   request.arguments = {"/bin/sh", "-c", script};
@@ -36,7 +38,7 @@ TEST(Process, AnExitCodeIsReportedOnceTheChildIsReaped) {
 
 TEST(Process, KillEndsARunningChildBySignal) {
   CChild child;
-  ASSERT_TRUE(child.Start(shell("sleep 30")));
+  ASSERT_TRUE(child.Start(shell("exec sleep 30")));
   EXPECT_TRUE(child.IsRunning());
   EXPECT_FALSE(child.WaitFor(0));  // only looks
   child.Kill();
@@ -113,7 +115,7 @@ TEST(Process, DestroyingTheOwnerKillsAndReapsTheChild) {
   int pid = 0;
   {
     CChild child;
-    ASSERT_TRUE(child.Start(shell("sleep 30")));
+    ASSERT_TRUE(child.Start(shell("exec sleep 30")));
     pid = child.GetId();
     ASSERT_GT(pid, 0);
   }
