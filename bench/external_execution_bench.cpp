@@ -28,6 +28,8 @@
 #include "foundation/ZoFileSystem.h"
 #include "foundation/ZoUniqueId.h"
 #include "foundation/platform/Process.h"
+#include "run/RunClock.h"
+#include "run/RunDriver.h"
 #include "run/external/ChildProcess.h"
 #include "run/external/ExternalExecution.h"
 #include "run/external/NamedEvent.h"
@@ -61,7 +63,7 @@ class CPrivateFrontEnd {
     m_directory = fs::path(ZoFileSystem::GetDirectory(ZoFileSystem::eTemporary).ToUtf8()) /
                   ("zo-bench-" + ZoUniqueIdT<CString>::GetUniqueID().ToUtf8());
     fs::create_directories(m_directory);
-    for (const std::string& name : {GetChildProgramPath().ToUtf8(), std::string("libZoTestSuite.so"),
+    for (const std::string& name : {CFrontEndStarter().GetProgramPath().ToUtf8(), std::string("libZoTestSuite.so"),
                                     std::string("libZoFoundation.so"), std::string(c_szLibrary) + ".so"}) {
       const fs::path file = from / fs::path(name).filename();
       std::error_code error;
@@ -94,6 +96,9 @@ struct SMode {
   bool bCaseSpan;
 };
 
+// Starts the children of the runs: the private front end's.
+IChildStarter* s_pChildStarter = nullptr;
+
 // Seconds per case of one run, or a negative value if a case did not pass.
 double secondsPerCase(const SMode& mode) {
   SSetup setup;
@@ -110,7 +115,7 @@ double secondsPerCase(const SMode& mode) {
   setup.run.uiRepeatCount = mode.uiCases;
   CEnvironment env;
   BenchClasses::Reset();
-  const Run::SResult result = Run::Run(setup, env);
+  const Run::SResult result = RunTests(setup, env, SystemRunClock(), *s_pChildStarter);
   if (result.statistics.total.uiResults[Run::eCaseOk] != mode.uiCases) return -1.0;
   if (mode.bCaseSpan) {
     const auto span = static_cast<double>(BenchClasses::LastEnd() - BenchClasses::FirstStart());
@@ -183,7 +188,9 @@ double secondsPerSpawn() {
   for (int i = 0; i < c_iSpawns; ++i) {
     ZoPlatform::Process::CChild child;
     const Clock::time_point start = Clock::now();
-    if (!child.Start({{GetChildProgramPath().ToUtf8(), "--version"}, "", ZoPlatform::Process::EStandardStreams::eNull}))
+    if (!child.Start({{CFrontEndStarter().GetProgramPath().ToUtf8(), "--version"},
+                      "",
+                      ZoPlatform::Process::EStandardStreams::eNull}))
       return -1.0;
     if (!child.WaitFor(10000) || child.GetExitStatus().bSignaled || child.GetExitStatus().iCode != 0) return -1.0;
     best = std::min(best, secondsSince(start));
@@ -301,7 +308,8 @@ int runTrivialCases() {
 int main(int argc, char** argv) {
   if (argc == 5 && std::strcmp(argv[1], c_szEchoMode) == 0) return echo(argv[2], argv[3], argv[4]);
   const CPrivateFrontEnd frontEnd;
-  SetChildProgramDirectory(frontEnd.Directory());
+  CFrontEndStarter starter(frontEnd.Directory());
+  s_pChildStarter = &starter;
   COut::SetConsoleOut(false);
   std::printf("Load average at the start: %s\n", loadAverage().c_str());
   return runTrivialCases() != 0 ? 1 : runBusyCases();

@@ -66,7 +66,7 @@ void CTerminalSink::BeginRun(unsigned int total) {
   m_bActive = true;
   m_uiTotal = total;
   m_uiDone = m_uiFailed = 0;
-  m_start = std::chrono::steady_clock::now();
+  m_iStart = m_clock.Now();
 }
 
 void CTerminalSink::CaseFinished(bool failed) {
@@ -95,8 +95,7 @@ void CTerminalSink::clearStatus() {
 // case runs.
 void CTerminalSink::drawStatus() {
   if (!m_bActive || !m_bAtLineStart) return;
-  const double elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
-  const std::string text = StatusText(m_uiDone, m_uiTotal, m_uiFailed, elapsed);
+  const std::string text = StatusText(m_uiDone, m_uiTotal, m_uiFailed, m_clock.SecondsSince(m_iStart));
   std::fprintf(m_stream, "\x1b[7m%s\x1b[0m", text.c_str());
   m_bStatusShown = true;
 }

@@ -4,18 +4,20 @@
 // output while a run goes on.
 #pragma once
 
-#include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <mutex>
 #include <string>
 
+#include "run/RunClock.h"
 #include "services/COut.h"
 
 namespace TestSuite::CLI {
 
 class CTerminalSink : public COut::ZoCustomOut {
  public:
-  explicit CTerminalSink(std::FILE* stream) : m_stream(stream) {}
+  // The elapsed time and the estimate are taken on `clock`.
+  explicit CTerminalSink(std::FILE* stream, IRunClock& clock = SystemRunClock()) : m_stream(stream), m_clock(clock) {}
 
   void Output(const COut& out) override;
 
@@ -36,12 +38,13 @@ class CTerminalSink : public COut::ZoCustomOut {
   void drawStatus();
 
   std::FILE* m_stream;
+  IRunClock& m_clock;
   std::mutex m_mutex;
   bool m_bActive = false;
   bool m_bStatusShown = false;
   bool m_bAtLineStart = true;
   unsigned int m_uiTotal = 0, m_uiDone = 0, m_uiFailed = 0;
-  std::chrono::steady_clock::time_point m_start;
+  std::int64_t m_iStart = 0;
 };
 
 }  // namespace TestSuite::CLI

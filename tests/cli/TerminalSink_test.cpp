@@ -4,10 +4,21 @@
 
 #include <cstdio>
 
+#include "run_FakeClock.h"
+
 using namespace TestSuite;
 using namespace TestSuite::CLI;
 
 namespace {
+
+// All that the sink wrote to `stream`.
+std::string contentOf(std::FILE* stream) {
+  std::rewind(stream);
+  std::string text;
+  char buffer[512];
+  for (std::size_t length; (length = std::fread(buffer, 1, sizeof buffer, stream)) > 0;) text.append(buffer, length);
+  return text;
+}
 
 // The messages made here are for the sink under test, not the console.
 class TerminalSinkTest : public ::testing::Test {
@@ -44,14 +55,34 @@ TEST_F(TerminalSinkTest, StatusLineStandsOnlyAtTheStartOfALineAndIsErasedBeforeO
     sink.CaseFinished(true);
     sink.EndRun();
   }
-  std::rewind(stream);
-  char buffer[512] = {};
-  const std::size_t length = std::fread(buffer, 1, sizeof buffer - 1, stream);
+  const std::string text = contentOf(stream);
   std::fclose(stream);
-  const std::string text(buffer, length);
   EXPECT_EQ(text.find("\tcase... "), 0u);
   EXPECT_EQ(text.find("\tcase... \x1b[7m"), std::string::npos);
   EXPECT_NE(text.find("OK\n\x1b[7m[1/2] Fehler: 0"), std::string::npos);      // drawn after the line end
   EXPECT_NE(text.find("\r\x1b[K\x1b[7m[2/2] Fehler: 1"), std::string::npos);  // and redrawn
   EXPECT_EQ(text.substr(text.size() - 4), "\r\x1b[K");                        // and erased at the end
+}
+
+TEST_F(TerminalSinkTest, StatusLineShowsTheTimeOnItsClockAndEstimatesTheRest) {
+  std::FILE* stream = std::tmpfile();
+  ASSERT_NE(stream, nullptr);
+  CFakeClock clock;
+  clock.Advance(100.0);  // the clock's reading before the run does not count
+  {
+    CTerminalSink sink(stream, clock);
+    sink.BeginRun(4);
+    clock.Advance(30.0);
+    sink.CaseFinished(false);
+    clock.Advance(60.0);
+    sink.CaseFinished(true);
+    clock.Advance(3600.0);
+    sink.CaseFinished(false);
+    sink.EndRun();
+  }
+  const std::string text = contentOf(stream);
+  std::fclose(stream);
+  EXPECT_NE(text.find("[1/4] Fehler: 0  Zeit: 0:30  Rest: ~1:30"), std::string::npos) << text;
+  EXPECT_NE(text.find("[2/4] Fehler: 1  Zeit: 1:30  Rest: ~1:30"), std::string::npos) << text;
+  EXPECT_NE(text.find("[3/4] Fehler: 1  Zeit: 1:01:30  Rest: ~20:30"), std::string::npos) << text;
 }

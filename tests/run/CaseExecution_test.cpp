@@ -11,11 +11,15 @@ namespace {
 
 // Runs one case in process and gives its row.
 SCaseResult runOne(const SUnitTest& unitTest, unsigned int caseIndex, const SRunOptions& options = {}) {
-  SSetup setup;
+  const SSetup setup;
+  const XbArray<SUnitTest> classes;
+  const Run::SCallbacks callbacks;
   SCaseContext context(XbDateTime::Now().GetValue());
+  const SRunContext run{
+      setup, classes, options, callbacks, XbDateTime(context.uiRunDate), *context.pClock, *context.pChildStarter};
   SCaseResult row;
   row.uiCaseIndex = caseIndex;
-  ExecuteCase(setup, unitTest, unitTest.Cases[caseIndex], options, Run::SCallbacks(), context, row);
+  ExecuteCase(run, unitTest, unitTest.Cases[caseIndex], context, row);
   return row;
 }
 

@@ -7,6 +7,8 @@
 #include "RunTestClasses.h"
 #include "TempDirectory.h"
 #include "foundation/ZoFileSystem.h"
+#include "run/external/ChildProcess.h"
+#include "run_FakeClock.h"
 #include "services_COutRecorder.h"
 
 using namespace TestSuite;
@@ -17,7 +19,8 @@ namespace {
 Run::SResult runClasses(SSetup& setup) {
   setup.run.bShowTimes = false;
   CEnvironment env;
-  return Run::Run(setup, env);
+  CFakeClock clock;  // the supervisor's looks cost no real time
+  return RunTests(setup, env, clock, DefaultChildStarter());
 }
 
 }  // namespace
@@ -137,6 +140,20 @@ TEST(RunDriver, ParallelWithZeroThreadsRunsOneWorker) {
     EXPECT_EQ(row.iThreadIndex, 0);
     EXPECT_NE(row.eResult, Run::eCaseUnknown);
   }
+}
+
+TEST(RunDriver, TheRunsTimeIsTakenOnItsClock) {
+  SSetup setup;
+  setup.run.bShowTimes = false;
+  setup.run.bParallel = true;
+  setup.unitTests.Add(RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"r1", L"r2"}));
+  CEnvironment env;
+  CFakeClock clock;
+  COutRecorder recorder;
+  const Run::SResult result = RunTests(setup, env, clock, DefaultChildStarter());
+  ASSERT_GE(clock.SleepCount(), 1u);
+  EXPECT_DOUBLE_EQ(result.statistics.dTimeTotal, clock.SleepCount() * 0.25) << "the supervisor's sleeps alone";
+  for (const SCaseResult& row : result.cases) EXPECT_EQ(row.dTime, 0.0) << "a case's time was not taken on the clock";
 }
 
 TEST(RunDriver, RestoresTheWorkingDirectory) {

@@ -7,6 +7,9 @@
 
 #include "IsolationTestClasses.h"
 #include "RunTestClasses.h"
+#include "run/RunDriver.h"
+#include "run/external/ChildProcess.h"
+#include "run_FakeClock.h"
 #include "services_COutRecorder.h"
 
 using namespace TestSuite;
@@ -25,7 +28,8 @@ SUnitTest::SCase sequentialCase(const wchar_t* name) {
 Run::SResult run(SSetup& setup) {
   setup.run.bShowTimes = false;
   CEnvironment env;
-  return Run::Run(setup, env);
+  CFakeClock clock;  // the supervisor's looks cost no real time
+  return RunTests(setup, env, clock, DefaultChildStarter());
 }
 
 SSetup parallelSetup(unsigned int threads) {

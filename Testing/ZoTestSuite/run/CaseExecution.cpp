@@ -1,3 +1,5 @@
+// ExecuteCase: one row through its work block, in this process or in a
+// child, and the options that the case's parameters resolve to.
 #include "run/CaseExecution.h"
 
 #include "run/external/ExternalExecution.h"
@@ -59,20 +61,19 @@ IWorkBuffer& AcquireWorkBuffer(const CString& sDataDir, const SRunOptions& optio
   return *context.heapBuffer;
 }
 
-void ExecuteCase(const SSetup& setup, const SUnitTest& unitTest, const SUnitTest::SCase& testCase,
-                 const SRunOptions& options, const Run::SCallbacks& callbacks, SCaseContext& context,
-                 SCaseResult& row) {
-  const SRunOptions resolved = ResolveCaseOptions(options, testCase);
-  IWorkBuffer& buffer = AcquireWorkBuffer(setup.sDataDir, resolved, context);
+void ExecuteCase(const SRunContext& run, const SUnitTest& unitTest, const SUnitTest::SCase& testCase,
+                 SCaseContext& context, SCaseResult& row) {
+  const SRunOptions resolved = ResolveCaseOptions(run.options, testCase);
+  IWorkBuffer& buffer = AcquireWorkBuffer(run.setup.sDataDir, resolved, context);
   {
     SBufferAccess access = buffer.GetWriteAccess();
     if (!writeCase(*access.pBlock, unitTest, testCase, resolved, row, context.uiRunDate)) return;
   }
   if (resolved.bExternal) {
-    RunCaseInChild(context, resolved.uiTimeOutSec, callbacks, row);
+    RunCaseInChild(context, resolved.uiTimeOutSec, run.callbacks, row);
   } else {
     SBufferAccess access = buffer.GetWriteAccess();
-    RunCaseInBlock(*access.pBlock);
+    RunCaseInBlock(*access.pBlock, *context.pClock);
   }
   {
     SBufferAccess access = buffer.GetReadAccess();

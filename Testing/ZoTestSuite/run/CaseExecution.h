@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "ZoTestSuite.h"
+#include "run/RunContext.h"
 #include "run/WorkBuffer.h"
 
 namespace TestSuite {
@@ -15,8 +16,9 @@ struct SChildProcess;
 class CNamedEvent;
 
 // The execution state of one thread of a run: its blocks, and in external
-// execution its child process and the two events. Outlives the cases of its
-// thread; a child it still holds is terminated when it goes.
+// execution its child process and the two events; and the clock and the
+// child starter of its cases. Outlives the cases of its thread; a child it
+// still holds is terminated when it goes.
 struct SCaseContext {
   std::unique_ptr<IWorkBuffer> heapBuffer;
   CString sMemoryId;
@@ -27,9 +29,15 @@ struct SCaseContext {
   std::unique_ptr<CNamedEvent> requestEvent;
   std::unique_ptr<CNamedEvent> responseEvent;
   std::uint64_t uiRunDate = 0;
+  IRunClock* pClock;             // not owned
+  IChildStarter* pChildStarter;  // not owned
 
+  // On the system's clock, with children of the front end beside the
+  // executable.
   SCaseContext();
   explicit SCaseContext(std::uint64_t runDate);
+  // With the run's date, clock and child starter.
+  explicit SCaseContext(const SRunContext& run);
   ~SCaseContext();
   SCaseContext(const SCaseContext&) = delete;
   SCaseContext& operator=(const SCaseContext&) = delete;
@@ -42,10 +50,11 @@ SRunOptions ResolveCaseOptions(const SRunOptions& options, const SUnitTest::SCas
 IWorkBuffer& AcquireWorkBuffer(const CString& sDataDir, const SRunOptions& options, SCaseContext& context);
 
 // Runs one row to its end and fills it.
-void ExecuteCase(const SSetup& setup, const SUnitTest& unitTest, const SUnitTest::SCase& testCase,
-                 const SRunOptions& options, const Run::SCallbacks& callbacks, SCaseContext& context, SCaseResult& row);
+void ExecuteCase(const SRunContext& run, const SUnitTest& unitTest, const SUnitTest::SCase& testCase,
+                 SCaseContext& context, SCaseResult& row);
 
-// Runs the case the block describes and writes the outcome into it.
-void RunCaseInBlock(SWorkBlock& block);
+// Runs the case the block describes and writes the outcome into it; the
+// case's time is taken on `clock`.
+void RunCaseInBlock(SWorkBlock& block, IRunClock& clock);
 
 }  // namespace TestSuite

@@ -1,8 +1,6 @@
 // RunCaseInBlock: the heart of case execution. It creates the test object,
 // measures it under a heap tracker and writes the outcome into the block;
 // the same code runs in process and in a child process.
-#include <chrono>
-
 #include "foundation/IDebugging.h"
 #include "foundation/UnitTestFactory.h"
 #include "foundation/XbSingleton.h"
@@ -11,6 +9,7 @@
 #include "foundation/ZoTimeTracker.h"
 #include "foundation/ZoTraceEventManager.h"
 #include "run/CaseExecution.h"
+#include "run/RunClock.h"
 #include "services/CHeapTracker.h"
 #include "services/Utils.h"
 
@@ -41,7 +40,7 @@ void applyDebugOptions(ZoUnitTest& test, const SRunOptions& options) {
 // Steps 9 to 11: warm-up outside the measurement, then the subtest under
 // the clock and the tracker. Any exception of the language gives 2.
 Run::ECaseResult runMeasured(ZoUnitTest& test, const CString& caseName, const SRunOptions& options,
-                             CHeapTracker& tracker, double& seconds) {
+                             CHeapTracker& tracker, IRunClock& clock, double& seconds) {
   try {
     applyDebugOptions(test, options);
     tracker.Deactivate();
@@ -51,10 +50,9 @@ Run::ECaseResult runMeasured(ZoUnitTest& test, const CString& caseName, const SR
     tracker.Activate();
     const std::optional<unsigned int> index = FindSubtestIndex(test, caseName);
     if (!index) return Run::eCaseNotFound;
-    const auto start = std::chrono::steady_clock::now();
+    const std::int64_t start = clock.Now();
     const int result = test.RunUnitTest(*index);
-    const auto end = std::chrono::steady_clock::now();
-    seconds = static_cast<double>(std::chrono::duration_cast<std::chrono::nanoseconds>(end - start).count()) / 1e9;
+    seconds = clock.SecondsSince(start);
     return mapResult(result);
   } catch (...) { return Run::eCaseException; }
 }
@@ -73,7 +71,7 @@ CString makeLeakDump(CHeapTracker& tracker) {
 
 }  // namespace
 
-void RunCaseInBlock(SWorkBlock& block) {
+void RunCaseInBlock(SWorkBlock& block, IRunClock& clock) {
   block.uiOutputLength = 0;
   block.output[0] = 0;
   block.eResult = Run::eCaseUnknown;
@@ -106,7 +104,7 @@ void RunCaseInBlock(SWorkBlock& block) {
     test->SetMessageStream(*stream);
     test->SetDataDirectory(dataDir);
     test->InitSubtests();
-    result = runMeasured(*test, caseName, options, tracker, seconds);
+    result = runMeasured(*test, caseName, options, tracker, clock, seconds);
   }
   block.dTime = seconds;
 

@@ -3,15 +3,15 @@
 // summary and hands over to the report output.
 #include "run/RunDriver.h"
 
-#include <chrono>
-
 #include "foundation/ZoAssertDialog.h"
 #include "foundation/ZoDebugSerializationGeneric.h"
 #include "foundation/ZoFileSystem.h"
 #include "run/CaseExecution.h"
 #include "run/ProgressOutput.h"
+#include "run/RunClock.h"
 #include "run/RunReports.h"
 #include "run/WorkerPhase.h"
+#include "run/external/ChildProcess.h"
 #include "services/COut.h"
 
 namespace TestSuite {
@@ -46,11 +46,6 @@ void countRow(const SCaseResult& row, SRunStatistics& s) {
   if (row.uiMemoryPeak > s.uiMemoryMax) s.uiMemoryMax = row.uiMemoryPeak;
 }
 
-std::int64_t steadyNanoseconds() {
-  return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch())
-      .count();
-}
-
 }  // namespace
 
 void PrepareProcess(const SSetup& setup, CEnvironment& env) {
@@ -77,38 +72,38 @@ void ComputeStatistics(const XbArray<SCaseResult>& cases, unsigned int classCoun
   }
 }
 
-void RunSequentialPhase(const SSetup& setup, const XbArray<SUnitTest>& classes, const SRunOptions& options,
-                        const Run::SCallbacks& callbacks, const XbDateTime& date, const RowList& rows) {
-  SCaseContext context(date.GetValue());
+void RunSequentialPhase(const SRunContext& run, const RowList& rows) {
+  const SRunOptions& options = run.options;
+  SCaseContext context(run);
   bool canceled = false;
   for (unsigned int i = 0; i < rows.GetCount(); ++i) {
     SCaseResult& row = *rows[i];
-    if (!canceled && callbacks.fnIsCanceled()) {
+    if (!canceled && run.callbacks.fnIsCanceled()) {
       COut::Write(L"\tAusführung abgebrochen.\n").Color(ZoColorRGBA::c_GRAY);
       canceled = true;
     }
     if (canceled) {
       row.eResult = Run::eCaseCanceled;
     } else {
-      const SUnitTest& unitTest = classes[row.uiClassIndex];
+      const SUnitTest& unitTest = run.classes[row.uiClassIndex];
       const SUnitTest::SCase& testCase = unitTest.Cases[row.uiCaseIndex];
       if (options.bRecordStartTime) row.sStartTime = XbDateTime::Now().ToString(L"Y-m-d H:i:s.v", true);
       PrintCaseHead(options, unitTest, testCase, rows, i);
-      ExecuteCase(setup, unitTest, testCase, options, callbacks, context, row);
+      ExecuteCase(run, unitTest, testCase, context, row);
       PrintCaseResult(row, options.bShowTimes, options.bShowThreadInfo);
     }
-    callbacks.fnCaseFinished(row.eResult);
+    run.callbacks.fnCaseFinished(row.eResult);
   }
 }
 
-void ScheduleCases(const SSetup& setup, const XbArray<SUnitTest>& classes, const SRunOptions& options,
-                   const Run::SCallbacks& callbacks, const XbDateTime& date, Run::SResult& result) {
+void ScheduleCases(const SRunContext& run, Run::SResult& result) {
+  const XbArray<SUnitTest>& classes = run.classes;
   result.cases.RemoveAll();
   XbArray<unsigned char> parallelFlags;  // not bool: rows are flags one by one
   for (unsigned int c = 0; c < classes.GetCount(); ++c) {
     for (unsigned int k = 0; k < classes[c].Cases.GetCount(); ++k) {
-      const bool parallel = rowIsParallel(options, classes[c].Cases[k]);
-      for (unsigned int r = 0; r < options.uiRepeatCount; ++r) {
+      const bool parallel = rowIsParallel(run.options, classes[c].Cases[k]);
+      for (unsigned int r = 0; r < run.options.uiRepeatCount; ++r) {
         SCaseResult row;
         row.uiClassIndex = c;
         row.uiCaseIndex = k;
@@ -121,24 +116,24 @@ void ScheduleCases(const SSetup& setup, const XbArray<SUnitTest>& classes, const
   RowList parallelCases, sequentialCases;
   for (unsigned int i = 0; i < result.cases.GetCount(); ++i)
     (parallelFlags[i] != 0 ? parallelCases : sequentialCases).Add(&result.cases[i]);
-  if (!parallelCases.IsEmpty()) RunWorkerPhase(setup, classes, options, callbacks, date, parallelCases);
-  if (!sequentialCases.IsEmpty()) RunSequentialPhase(setup, classes, options, callbacks, date, sequentialCases);
+  if (!parallelCases.IsEmpty()) RunWorkerPhase(run, parallelCases);
+  if (!sequentialCases.IsEmpty()) RunSequentialPhase(run, sequentialCases);
 }
 
-Run::SResult Run::Run(const SSetup& setup, CEnvironment& env) {
+Run::SResult RunTests(const SSetup& setup, CEnvironment& env, IRunClock& clock, IChildStarter& childStarter) {
   PrepareProcess(setup, env);
   const XbArray<SUnitTest> classes =
       !setup.unitTests.IsEmpty() ? setup.unitTests : CollectUnitTests(setup.sDataDir, setup.collectOptions);
-  const std::int64_t start = steadyNanoseconds();
+  const std::int64_t start = clock.Now();
   const XbDateTime date = XbDateTime::Now();
   ZoDebugSerializationGeneric::SetDefaultOutputDirectory(ZoFileSystem::GetDirectory(ZoFileSystem::eDebugOutputRoot) +
                                                          date.ToString(L"Y-m-d H.i.s", true) + L"/");
 
-  SResult result;
+  Run::SResult result;
   result.statistics.dateBegin = date;
-  ScheduleCases(setup, classes, setup.run, setup.callbacks, date, result);
+  ScheduleCases(SRunContext{setup, classes, setup.run, setup.callbacks, date, clock, childStarter}, result);
   ComputeStatistics(result.cases, classes.GetCount(), result.statistics);
-  result.statistics.dTimeTotal = static_cast<double>(steadyNanoseconds() - start) / 1e9;
+  result.statistics.dTimeTotal = clock.SecondsSince(start);
   result.statistics.dateEnd = XbDateTime::Now();
 
   PrintSummary(classes, setup.run.bShowTimes, result.statistics);
@@ -146,6 +141,10 @@ Run::SResult Run::Run(const SSetup& setup, CEnvironment& env) {
   env.RestoreWorkingDirectory();
   WriteRunReports(setup, classes, result);
   return result;
+}
+
+Run::SResult Run::Run(const SSetup& setup, CEnvironment& env) {
+  return RunTests(setup, env, SystemRunClock(), DefaultChildStarter());
 }
 
 }  // namespace TestSuite

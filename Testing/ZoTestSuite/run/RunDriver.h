@@ -4,6 +4,7 @@
 
 #include "ZoTestSuite.h"
 #include "run/ProgressOutput.h"
+#include "run/RunContext.h"
 
 namespace TestSuite {
 
@@ -12,10 +13,11 @@ namespace TestSuite {
 void PrepareProcess(const SSetup& setup, CEnvironment& env);
 // Builds one row per case and repetition, sorts the rows into the worker
 // pool and the sequential loop, and gets every row executed.
-void ScheduleCases(const SSetup& setup, const XbArray<SUnitTest>& classes, const SRunOptions& options,
-                   const Run::SCallbacks& callbacks, const XbDateTime& date, Run::SResult& result);
-void RunSequentialPhase(const SSetup& setup, const XbArray<SUnitTest>& classes, const SRunOptions& options,
-                        const Run::SCallbacks& callbacks, const XbDateTime& date, const RowList& rows);
+void ScheduleCases(const SRunContext& run, Run::SResult& result);
+void RunSequentialPhase(const SRunContext& run, const RowList& rows);
+// Run::Run with its time taken on `clock` and its children started by
+// `childStarter`.
+Run::SResult RunTests(const SSetup& setup, CEnvironment& env, IRunClock& clock, IChildStarter& childStarter);
 // Cancelled rows count nowhere.
 void ComputeStatistics(const XbArray<SCaseResult>& cases, unsigned int classCount, SRunStatistics& statistics);
 

@@ -1,12 +1,14 @@
+// The worker phase: the worker threads, the queue they take rows from, the
+// list of finished rows and the supervision that prints them.
 #include "run/WorkerPhase.h"
 
 #include <algorithm>
-#include <chrono>
 #include <thread>
 
 #include "foundation/XbCriticalSection.h"
 #include "foundation/platform/Thread.h"
 #include "run/CaseExecution.h"
+#include "run/RunClock.h"
 #include "services/COut.h"
 
 namespace TestSuite {
@@ -16,13 +18,9 @@ namespace {
 // Shared by all workers of one phase; `lock` guards `uiNext`.
 struct SWorkQueue {
   XbCriticalSection lock;
-  const SSetup& setup;
-  const XbArray<SUnitTest>& classes;
-  const SRunOptions& options;
-  const Run::SCallbacks& callbacks;
+  const SRunContext& run;
   const RowList& parallelCases;
   unsigned int uiNext = 0;
-  XbDateTime runDate;
 };
 
 // The rows the workers have finished, in order of finishing.
@@ -71,7 +69,7 @@ class CWorkerThread {
 SCaseResult* CWorkerThread::take(bool& canceled) {
   XbScopedLock lock(m_queue.lock);
   if (m_queue.uiNext == m_queue.parallelCases.GetCount()) return nullptr;
-  canceled = m_queue.callbacks.fnIsCanceled();
+  canceled = m_queue.run.callbacks.fnIsCanceled();
   return m_queue.parallelCases[m_queue.uiNext++];
 }
 
@@ -82,17 +80,17 @@ void CWorkerThread::finish(SCaseResult* row) {
 
 void CWorkerThread::Run() {
   CEnvironment::PreallocateStaticData();
-  SCaseContext context(m_queue.runDate.GetValue());
+  const SRunContext& run = m_queue.run;
+  SCaseContext context(run);
   bool canceled = false;
   while (SCaseResult* row = take(canceled)) {
     row->iThreadIndex = iIndex;
-    if (m_queue.options.bRecordStartTime) row->sStartTime = XbDateTime::Now().ToString(L"Y-m-d H:i:s.v", true);
+    if (run.options.bRecordStartTime) row->sStartTime = XbDateTime::Now().ToString(L"Y-m-d H:i:s.v", true);
     if (canceled) {
       row->eResult = Run::eCaseCanceled;
     } else {
-      const SUnitTest& unitTest = m_queue.classes[row->uiClassIndex];
-      ExecuteCase(m_queue.setup, unitTest, unitTest.Cases[row->uiCaseIndex], m_queue.options, m_queue.callbacks,
-                  context, *row);
+      const SUnitTest& unitTest = run.classes[row->uiClassIndex];
+      ExecuteCase(run, unitTest, unitTest.Cases[row->uiCaseIndex], context, *row);
     }
     finish(row);
   }
@@ -105,21 +103,22 @@ unsigned int readFinishedCount(SFinishedList& finished) {
 
 // Prints the rows as they finish, until all are shown or the user cancels.
 void supervise(SWorkQueue& queue, SFinishedList& finished) {
+  const SRunContext& run = queue.run;
   unsigned int shown = 0;
   const unsigned int total = queue.parallelCases.GetCount();
   while (shown < total) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(sc_uiSupervisionPeriodMs));
+    run.clock.Sleep(sc_uiSupervisionPeriodMs);
     const unsigned int count = readFinishedCount(finished);
     for (; shown < count; ++shown) {
-      if (queue.callbacks.fnIsCanceled()) {
+      if (run.callbacks.fnIsCanceled()) {
         COut::Write(L"\tAusführung abgebrochen.\n").Color(ZoColorRGBA::c_GRAY);
         return;
       }
       const SCaseResult& row = *finished.rows[shown];
-      const SUnitTest& unitTest = queue.classes[row.uiClassIndex];
-      PrintCaseHead(queue.options, unitTest, unitTest.Cases[row.uiCaseIndex], finished.rows, shown);
-      PrintCaseResult(row, queue.options.bShowTimes, queue.options.bShowThreadInfo);
-      queue.callbacks.fnCaseFinished(row.eResult);
+      const SUnitTest& unitTest = run.classes[row.uiClassIndex];
+      PrintCaseHead(run.options, unitTest, unitTest.Cases[row.uiCaseIndex], finished.rows, shown);
+      PrintCaseResult(row, run.options.bShowTimes, run.options.bShowThreadInfo);
+      run.callbacks.fnCaseFinished(row.eResult);
     }
   }
 }
@@ -128,12 +127,11 @@ void supervise(SWorkQueue& queue, SFinishedList& finished) {
 
 unsigned int ClampThreadCount(unsigned int requested) { return std::clamp(requested, 1u, sc_uiMaxWorkerThreads); }
 
-void RunWorkerPhase(const SSetup& setup, const XbArray<SUnitTest>& classes, const SRunOptions& options,
-                    const Run::SCallbacks& callbacks, const XbDateTime& date, const RowList& parallelCases) {
-  SWorkQueue queue{{}, setup, classes, options, callbacks, parallelCases, 0, date};
+void RunWorkerPhase(const SRunContext& run, const RowList& parallelCases) {
+  SWorkQueue queue{{}, run, parallelCases, 0};
   SFinishedList finished;
   finished.rows.SetCount(parallelCases.GetCount());
-  const unsigned int threadCount = ClampThreadCount(options.uiThreadCount);
+  const unsigned int threadCount = ClampThreadCount(run.options.uiThreadCount);
   XbArray<std::unique_ptr<CWorkerThread>> threads;
   for (unsigned int i = 0; i < threadCount; ++i) {
     threads.Add(std::make_unique<CWorkerThread>(static_cast<int>(i), queue, finished));

@@ -5,6 +5,7 @@
 
 #include "ZoTestSuite.h"
 #include "run/ProgressOutput.h"
+#include "run/RunContext.h"
 
 namespace TestSuite {
 
@@ -14,7 +15,8 @@ inline constexpr unsigned int sc_uiSupervisionPeriodMs = 250;
 // Number of threads for a requested count: at least 1, at most 256.
 unsigned int ClampThreadCount(unsigned int requested);
 
-void RunWorkerPhase(const SSetup& setup, const XbArray<SUnitTest>& classes, const SRunOptions& options,
-                    const Run::SCallbacks& callbacks, const XbDateTime& date, const RowList& parallelCases);
+// The supervisor sleeps on the run's clock between its looks at the
+// finished rows.
+void RunWorkerPhase(const SRunContext& run, const RowList& parallelCases);
 
 }  // namespace TestSuite

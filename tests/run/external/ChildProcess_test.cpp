@@ -67,35 +67,35 @@ TEST(ChildProcess, TheRunningNumberGoesUpByOne) {
 
 TEST(ChildProcess, ChildrenStartBesideTheExecutableUnlessToldOtherwise) {
   const CString executable = ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable);
-  EXPECT_EQ(GetChildProgramDirectory(), executable);
+  const CFrontEndStarter beside;
+  EXPECT_EQ(beside.GetProgramDirectory(), executable);
 #ifdef NDEBUG
-  EXPECT_EQ(GetChildProgramPath(), executable + L"ZoTestSuiteCLI");
+  EXPECT_EQ(beside.GetProgramPath(), executable + L"ZoTestSuiteCLI");
 #else
-  EXPECT_EQ(GetChildProgramPath(), executable + L"ZoTestSuiteCLID");
+  EXPECT_EQ(beside.GetProgramPath(), executable + L"ZoTestSuiteCLID");
 #endif
-  SetChildProgramDirectory(L"/opt/zo");
-  EXPECT_EQ(GetChildProgramDirectory(), CString(L"/opt/zo/"));
-  SetChildProgramDirectory(CString());
-  EXPECT_EQ(GetChildProgramDirectory(), executable);
+  EXPECT_EQ(CFrontEndStarter(L"/opt/zo").GetProgramDirectory(), CString(L"/opt/zo/"));
+  EXPECT_EQ(CFrontEndStarter(L"/opt/zo/").GetProgramDirectory(), CString(L"/opt/zo/"));
+  SCaseContext context;
+  EXPECT_EQ(context.pChildStarter, &DefaultChildStarter());
+  EXPECT_EQ(static_cast<CFrontEndStarter&>(DefaultChildStarter()).GetProgramDirectory(), executable);
 }
 
 TEST(ChildProcess, AProgramThatCannotBeStartedGivesNoChildAndNoMessage) {
   TempDirectory empty;
-  SetChildProgramDirectory(empty.Path());
+  CFrontEndStarter starter(empty.Path());
   COutRecorder recorder;
   const unsigned int next = TakeChildIndex() + 1;
   SCaseContext context;
   giveIds(context);
-  EXPECT_EQ(StartChild(L"/data/", context), nullptr);
-  SetChildProgramDirectory(CString());
+  EXPECT_EQ(starter.Start(L"/data/", context), nullptr);
   EXPECT_EQ(TakeChildIndex(), next) << "a child that never started took a running number";
   EXPECT_TRUE(recorder.Text().IsEmpty());
 }
 
 TEST(ChildProcess, AChildRunsInItsProgramDirectoryWithItsStreamsOnDevNull) {
-  IsolationTestClasses::CChildrenFromPrivateFrontEnd scope;
   const std::string directory = IsolationTestClasses::IsolationFrontEnd().Directory();
-  SCaseContext context;
+  IsolationTestClasses::CIsolationContext context;
   SRunOptions options;
   options.bExternal = true;
   AcquireSharedWorkBuffer(L"/data/tree/", options, context);  // the block, the events and the child

@@ -8,44 +8,39 @@
 #include <memory>
 #include <thread>
 
+#include "FakeChildStarter.h"
 #include "IsolationFrontEnd.h"
 #include "RunTestClasses.h"
-#include "TempDirectory.h"
 #include "foundation/platform/NamedSemaphore.h"
 #include "foundation/platform/SharedMemory.h"
 #include "foundation/platform/System.h"
 #include "heap_TrackerTestKit.h"
+#include "run/RunClock.h"
+#include "run/RunDriver.h"
 #include "run/external/ChildProcess.h"
 #include "run/external/ExternalExecution.h"
 #include "run/external/ExternalObjectName.h"
+#include "run_FakeClock.h"
 #include "services_COutRecorder.h"
 
 using namespace TestSuite;
+using IsolationTestClasses::CIsolationContext;
 using IsolationTestClasses::IsolationFrontEnd;
-using Clock = std::chrono::steady_clock;
+using RunTestClasses::CFakeChildStarter;
 
 namespace {
 
-double secondsSince(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
-
-// Waits at most `seconds` for `done`.
-template <typename Predicate>
-bool waitUntil(Predicate done, double seconds) {
-  const Clock::time_point start = Clock::now();
-  while (!done()) {
-    if (secondsSince(start) > seconds) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
-  return true;
-}
-
+// Runs one case on the context's clock and with its child starter.
 SCaseResult execute(const SUnitTest& unitTest, unsigned int caseIndex, const SRunOptions& options,
                     SCaseContext& context, const Run::SCallbacks& callbacks = {}) {
   SSetup setup;
   setup.sDataDir = L"/data/tree/";
+  const XbArray<SUnitTest> classes;
+  const SRunContext run{
+      setup, classes, options, callbacks, XbDateTime(context.uiRunDate), *context.pClock, *context.pChildStarter};
   SCaseResult row;
   row.uiCaseIndex = caseIndex;
-  ExecuteCase(setup, unitTest, unitTest.Cases[caseIndex], options, callbacks, context, row);
+  ExecuteCase(run, unitTest, unitTest.Cases[caseIndex], context, row);
   return row;
 }
 
@@ -64,7 +59,7 @@ class ExternalModes : public IsolationTestClasses::CIsolationTest {};
 
 TEST_F(ExternalModes, ExternalModeKeepsOneChildForTheCasesOfAContext) {
   const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoPass", {L"a", L"b", L"c"});
-  SCaseContext context;
+  CIsolationContext context;
   const SCaseResult first = execute(unitTest, 0, externalOptions(), context);
   EXPECT_EQ(first.eResult, Run::eCaseOk);
   EXPECT_GE(first.iProcessIndex, 0);
@@ -88,7 +83,9 @@ TEST_F(ExternalModes, ExitInTheChildGivesResult5AndTheNextCaseANewChild) {
   const SUnitTest pass = RunTestClasses::MakeClass(L"IsoPass", {L"a"});
   SRunOptions options = externalOptions();
   options.bTrackHeap = true;
-  SCaseContext context;
+  CIsolationContext context;
+  CFakeClock clock;  // without a limit the case waits for as long as the child lives
+  context.pClock = &clock;
   const SCaseResult crashed = execute(crash, 0, options, context);
   EXPECT_EQ(crashed.eResult, Run::eCaseUnknown);
   EXPECT_TRUE(crashed.sOutput.IsEmpty());
@@ -106,9 +103,13 @@ TEST_F(ExternalModes, ATimeOutGivesTheNextCaseANewChildNumberedOneHigher) {
   SUnitTest hang = RunTestClasses::MakeClass(L"IsoHang", {L"endlessLoop"});
   hang.Cases[0].Params.SetAt(L"TimeOutSec", XbVariant(1u));
   const SUnitTest pass = RunTestClasses::MakeClass(L"IsoPass", {L"a"});
-  SCaseContext context;
+  CIsolationContext context;
+  CFakeClock clock;
+  context.pClock = &clock;
   const SCaseResult timedOut = execute(hang, 0, externalOptions(), context);
   EXPECT_EQ(timedOut.eResult, Run::eCaseTimeout);
+  EXPECT_EQ(clock.Waits().size(), 1u) << "a limit of one second is over at the first look";
+  context.pClock = &SystemRunClock();
   const SCaseResult next = execute(pass, 0, externalOptions(), context);
   EXPECT_EQ(next.eResult, Run::eCaseOk);
   EXPECT_EQ(next.iProcessIndex, timedOut.iProcessIndex + 1);
@@ -116,7 +117,7 @@ TEST_F(ExternalModes, ATimeOutGivesTheNextCaseANewChildNumberedOneHigher) {
 
 TEST_F(ExternalModes, IsolatedModeGivesEveryCaseAFreshChildBlockAndEvents) {
   const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoPass", {L"a", L"b"});
-  SCaseContext context;
+  CIsolationContext context;
   const SCaseResult first = execute(unitTest, 0, externalOptions(true), context);
   const CString ids[] = {context.sMemoryId, context.sRequestEventId, context.sResponseEventId};
   const SCaseResult second = execute(unitTest, 1, externalOptions(true), context);
@@ -139,7 +140,7 @@ TEST_F(ExternalModes, CaseParametersChooseTheModeOfTheirCase) {
   inside.Cases[0].Params.SetAt(L"External", XbVariant(false));
   SUnitTest isolated = RunTestClasses::MakeClass(L"IsoPass", {L"b"});
   isolated.Cases[0].Params.SetAt(L"Isolated", XbVariant(true));
-  SCaseContext context;
+  CIsolationContext context;
   const SCaseResult external = execute(outside, 0, SRunOptions(), context);
   EXPECT_EQ(external.eResult, Run::eCaseOk);
   EXPECT_GE(external.iProcessIndex, 0);
@@ -156,13 +157,13 @@ TEST_F(ExternalModes, TheChildKeepsTheFrontEndsAssertionDialog) {
   const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoPass", {L"assertDialog"});
   SRunOptions options = externalOptions();
   options.bAssertDialog = false;
-  SCaseContext context;
+  CIsolationContext context;
   EXPECT_EQ(execute(unitTest, 0, options, context).sOutput, CString(L"INFO:  assertDialog=1\n"));
 }
 
 TEST_F(ExternalModes, OutputBeyondTheLimitIsCutInTheChild) {
   const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoOutput", {L"limit", L"beyondLimit"});
-  SCaseContext context;
+  CIsolationContext context;
   for (unsigned int i : {0u, 1u}) {
     const SCaseResult row = execute(unitTest, i, externalOptions(), context);
     EXPECT_EQ(row.eResult, Run::eCaseOk);
@@ -175,38 +176,112 @@ TEST_F(ExternalModes, ALeakInTheChildIsAWarning) {
   const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoLeak", {L"leak"});
   SRunOptions options = externalOptions();
   options.bTrackHeap = true;
-  SCaseContext context;
+  CIsolationContext context;
   const SCaseResult row = execute(unitTest, 0, options, context);
   EXPECT_EQ(row.eResult, Run::eCaseOk);
   EXPECT_EQ(row.iMemoryDelta, 100);
   EXPECT_TRUE(row.bWarning);
 }
 
-TEST_F(ExternalModes, AChildThatWasIdleForFiveSecondsIsFoundDeadByTheNextCase) {
+// The child ends by itself after five seconds without a request (the child
+// side's own test); here it is ended from outside between two cases.
+TEST_F(ExternalModes, AChildThatEndedBetweenTwoCasesIsFoundDeadByTheNextCase) {
   const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoPass", {L"a", L"b", L"c"});
-  SCaseContext context;
+  CIsolationContext context;
   const SCaseResult first = execute(unitTest, 0, externalOptions(), context);
   ASSERT_EQ(first.eResult, Run::eCaseOk);
-  const std::string directory = IsolationFrontEnd().Directory();
-  ASSERT_TRUE(waitUntil([&directory] { return ProcessesRunningFrom(directory).empty(); }, 30.0));
+  ASSERT_NE(context.child, nullptr);
+  context.child->process.Kill();
+  CFakeClock clock;
+  context.pClock = &clock;
   const SCaseResult second = execute(unitTest, 1, externalOptions(), context);
   EXPECT_EQ(second.eResult, Run::eCaseUnknown);
   EXPECT_EQ(second.iProcessIndex, first.iProcessIndex);
+  EXPECT_EQ(clock.Waits().size(), 1u);
+  context.pClock = &SystemRunClock();
   const SCaseResult third = execute(unitTest, 2, externalOptions(), context);
   EXPECT_EQ(third.eResult, Run::eCaseOk);
   EXPECT_GT(third.iProcessIndex, first.iProcessIndex);
 }
 
+// Children that a fake starter gives: none, one that is dead at once, one
+// that lives and never answers.
+
+namespace {
+
+// A case context on a fake clock whose children come from a fake starter.
+struct SFakeChildren {
+  explicit SFakeChildren(CFakeChildStarter::EKind kind) : starter(kind) {
+    context.pChildStarter = &starter;
+    context.pClock = &clock;
+  }
+  CFakeChildStarter starter;
+  CFakeClock clock;
+  SCaseContext context;  // goes first: its child tells the starter
+};
+
+}  // namespace
+
 TEST_F(ExternalModes, AChildThatCannotBeStartedCostsItsCaseOnlyAndSaysNothing) {
-  TempDirectory empty;
-  SetChildProgramDirectory(empty.Path());
-  const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoPass", {L"a"});
-  SCaseContext context;
+  const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoPass", {L"a", L"b"});
+  SFakeChildren fake(CFakeChildStarter::EKind::eFailsToStart);
+  auto& [starter, clock, context] = fake;
   COutRecorder recorder;
-  const SCaseResult row = execute(unitTest, 0, externalOptions(), context);
-  EXPECT_EQ(row.eResult, Run::eCaseUnknown);
-  EXPECT_EQ(row.iProcessIndex, -1);
+  for (unsigned int i : {0u, 1u}) {
+    const SCaseResult row = execute(unitTest, i, externalOptions(), context);
+    EXPECT_EQ(row.eResult, Run::eCaseUnknown);
+    EXPECT_EQ(row.iProcessIndex, -1);
+  }
+  EXPECT_EQ(starter.Starts(), 2u) << "the next case did not try again";
+  EXPECT_TRUE(clock.Waits().empty()) << "a case without a child waited for an answer";
   EXPECT_TRUE(recorder.Text().IsEmpty());
+}
+
+TEST_F(ExternalModes, AChildThatDiesAtOnceGivesResult5AndTheNextCaseANewChild) {
+  const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoPass", {L"a", L"b"});
+  SFakeChildren fake(CFakeChildStarter::EKind::eDiesAtOnce);
+  auto& [starter, clock, context] = fake;
+  const SCaseResult first = execute(unitTest, 0, externalOptions(), context);
+  EXPECT_EQ(first.eResult, Run::eCaseUnknown);
+  EXPECT_GE(first.iProcessIndex, 0);
+  EXPECT_TRUE(first.sOutput.IsEmpty());
+  EXPECT_EQ(context.child, nullptr);
+  EXPECT_EQ(starter.Gone(), 1u);
+  EXPECT_EQ(clock.Waits(), std::vector<unsigned int>{1000}) << "the dead child was not found at the first look";
+  const SCaseResult second = execute(unitTest, 1, externalOptions(), context);
+  EXPECT_EQ(second.eResult, Run::eCaseUnknown);
+  EXPECT_EQ(second.iProcessIndex, first.iProcessIndex + 1);
+  EXPECT_EQ(starter.Starts(), 2u);
+}
+
+TEST_F(ExternalModes, AChildThatNeverAnswersIsKilledWhenTheLimitIsOver) {
+  SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoPass", {L"a"});
+  unitTest.Cases[0].Params.SetAt(L"TimeOutSec", XbVariant(3u));
+  SFakeChildren fake(CFakeChildStarter::EKind::eNeverAnswers);
+  auto& [starter, clock, context] = fake;
+  int queries = 0;
+  Run::SCallbacks callbacks;
+  callbacks.fnIsCanceled = [&queries] { return ++queries, false; };
+  const SCaseResult row = execute(unitTest, 0, externalOptions(), context, callbacks);
+  EXPECT_EQ(row.eResult, Run::eCaseTimeout);
+  EXPECT_EQ(clock.Waits().size(), 3u) << "the limit is looked at once a second";
+  EXPECT_EQ(queries, 2) << "the cancel query comes after the limit, in each look but the last";
+  EXPECT_EQ(context.child, nullptr);
+  EXPECT_EQ(starter.Gone(), 1u) << "the child was not killed";
+}
+
+TEST_F(ExternalModes, AChildThatNeverAnswersIsKilledByACancel) {
+  const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoPass", {L"a"});
+  SFakeChildren fake(CFakeChildStarter::EKind::eNeverAnswers);
+  auto& [starter, clock, context] = fake;
+  int queries = 0;
+  Run::SCallbacks callbacks;
+  callbacks.fnIsCanceled = [&queries] { return ++queries == 10; };
+  const SCaseResult row = execute(unitTest, 0, externalOptions(), context, callbacks);
+  EXPECT_EQ(row.eResult, Run::eCaseCanceled);
+  EXPECT_EQ(clock.Waits().size(), 10u);
+  EXPECT_EQ(context.child, nullptr);
+  EXPECT_EQ(starter.Gone(), 1u);
 }
 
 // Cancellation in every mode: the query turns true after its first
@@ -238,7 +313,7 @@ Run::SResult runCancelledAfter(const SMode& mode, int answers, int& finished) {
   setup.callbacks.fnIsCanceled = [calls, answers] { return calls->fetch_add(1) >= answers; };
   setup.callbacks.fnCaseFinished = [&finished](Run::ECaseResult) { ++finished; };
   CEnvironment env;
-  return Run::Run(setup, env);
+  return RunTests(setup, env, SystemRunClock(), IsolationTestClasses::IsolationStarter());
 }
 
 }  // namespace
@@ -285,9 +360,9 @@ TEST_F(ExternalModes, ACancelStopsACaseThatRunsInAChild) {
     setup.callbacks.fnIsCanceled = [calls] { return calls->fetch_add(1) >= 1; };
     COutRecorder recorder;
     CEnvironment env;
-    const Clock::time_point start = Clock::now();
-    const Run::SResult result = Run::Run(setup, env);
-    EXPECT_LT(secondsSince(start), 30.0) << "the case ran to its end";
+    CFakeClock clock;
+    const Run::SResult result = RunTests(setup, env, clock, IsolationTestClasses::IsolationStarter());
+    EXPECT_LT(clock.Seconds(), 30.0) << "the case ran to its end";
     ASSERT_EQ(result.cases.GetCount(), 2u);
     EXPECT_EQ(result.cases[0].eResult, Run::eCaseCanceled);
     EXPECT_GE(result.cases[0].iProcessIndex, 0);

@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <filesystem>
-#include <future>
 #include <thread>
 
 #include "IsolationFrontEnd.h"
@@ -15,9 +13,9 @@
 #include "run/external/ChildProcess.h"
 #include "run/external/NamedEvent.h"
 #include "run/external/SharedMemoryWorkBuffer.h"
+#include "run_FakeClock.h"
 
 using namespace TestSuite;
-using Clock = std::chrono::steady_clock;
 
 namespace {
 
@@ -42,8 +40,6 @@ void prepareHandOver(SCaseContext& context, const std::vector<std::string>& chil
 }
 
 int blockResult(SCaseContext& context) { return context.sharedBuffer->GetReadAccess().pBlock->eResult; }
-
-double secondsSince(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
 
 bool processExists(int pid) { return std::filesystem::exists("/proc/" + std::to_string(pid)); }
 
@@ -82,12 +78,14 @@ TEST_F(ExternalExecution, AnAnswerEndsTheCaseAndTheChildStays) {
 
 TEST_F(ExternalExecution, ALimitOfZeroKillsTheChildAfterTheFirstSecond) {
   SCaseContext context;
+  CFakeClock clock;
+  context.pClock = &clock;
   prepareHandOver(context, {"sleep", "30"});
   const int pid = context.child->process.GetId();
   SCaseResult row;
-  const Clock::time_point start = Clock::now();
   RunCaseInChild(context, 0, Run::SCallbacks(), row);
-  EXPECT_GE(secondsSince(start), 0.9);
+  EXPECT_EQ(clock.Waits(), std::vector<unsigned int>{1000});
+  EXPECT_DOUBLE_EQ(clock.Seconds(), 1.001);
   EXPECT_EQ(blockResult(context), Run::eCaseTimeout);
   EXPECT_EQ(context.child, nullptr);
   EXPECT_FALSE(processExists(pid));
@@ -95,6 +93,8 @@ TEST_F(ExternalExecution, ALimitOfZeroKillsTheChildAfterTheFirstSecond) {
 
 TEST_F(ExternalExecution, ALimitOfOneSecondIsOverAtTheFirstLook) {
   SCaseContext context;
+  CFakeClock clock;
+  context.pClock = &clock;
   prepareHandOver(context, {"sleep", "30"});
   int queries = 0;
   Run::SCallbacks callbacks;
@@ -103,10 +103,33 @@ TEST_F(ExternalExecution, ALimitOfOneSecondIsOverAtTheFirstLook) {
   RunCaseInChild(context, 1, callbacks, row);
   EXPECT_EQ(blockResult(context), Run::eCaseTimeout);
   EXPECT_EQ(queries, 0) << "the limit is looked at before the cancel query";
+  EXPECT_EQ(clock.Waits().size(), 1u);
+}
+
+// The check is strict: a case that answers in the wait that ends its
+// limit's last second passes.
+TEST_F(ExternalExecution, AnAnswerWithinTheLastSecondOfTheLimitPasses) {
+  SCaseContext context;
+  CFakeClock clock;
+  context.pClock = &clock;
+  prepareHandOver(context, {"sleep", "30"});
+  CNamedEvent response(context.sResponseEventId, true);
+  clock.OnWait([&clock, &response](unsigned int) {
+    if (clock.Waits().size() == 5) response.Set();
+  });
+  SCaseResult row;
+  RunCaseInChild(context, 5, Run::SCallbacks(), row);
+  EXPECT_EQ(blockResult(context), Run::eCaseUnknown) << "the answer was taken as a time-out";
+  EXPECT_EQ(clock.Waits().size(), 5u);
+  EXPECT_DOUBLE_EQ(clock.Seconds(), 4.004);
+  ASSERT_NE(context.child, nullptr);
+  EXPECT_TRUE(context.child->IsAlive());
 }
 
 TEST_F(ExternalExecution, ACancelKillsTheChildAndGivesResult7) {
   SCaseContext context;
+  CFakeClock clock;
+  context.pClock = &clock;
   prepareHandOver(context, {"sleep", "30"});
   const int pid = context.child->process.GetId();
   int queries = 0;
@@ -115,6 +138,7 @@ TEST_F(ExternalExecution, ACancelKillsTheChildAndGivesResult7) {
   SCaseResult row;
   RunCaseInChild(context, sc_uiNoLimit, callbacks, row);
   EXPECT_EQ(queries, 1) << "the cancel query comes once a second, not before the first";
+  EXPECT_EQ(clock.Waits(), std::vector<unsigned int>{1000});
   EXPECT_EQ(blockResult(context), Run::eCaseCanceled);
   EXPECT_EQ(context.child, nullptr);
   EXPECT_FALSE(processExists(pid));
@@ -125,11 +149,11 @@ TEST_F(ExternalExecution, ACancelKillsTheChildAndGivesResult7) {
 // and a child that ended with it is found to have ended at the first look.
 TEST_F(ExternalExecution, AChildThatEndedWithStatus259HasEndedAndLeavesResult5) {
   SCaseContext context;
+  CFakeClock clock;
+  context.pClock = &clock;
   prepareHandOver(context, {"/bin/sh", "-c", "exit 259"});
   SCaseResult row;
-  const Clock::time_point start = Clock::now();
   RunCaseInChild(context, sc_uiNoLimit, Run::SCallbacks(), row);
-  EXPECT_LT(secondsSince(start), 30.0);
   EXPECT_EQ(blockResult(context), Run::eCaseUnknown);
   EXPECT_EQ(context.child, nullptr);
   CNamedEvent request(context.sRequestEventId, true);
@@ -171,6 +195,9 @@ TEST_F(ExternalExecution, TheChildSideEndsWithAnExceptionWhenTheBlockIsGone) {
   EXPECT_EQ(response.Wait(0), CNamedEvent::eWaitTimedOut);
 }
 
+// The test plays the parent in the child side's waits: it hands over the
+// first case before the child side starts and the second in the wait after
+// the first answer, and then no more.
 TEST_F(ExternalExecution, TheChildSideServesCasesAndEndsAfterFiveSecondsWithoutARequest) {
   SSetup setup;
   setup.sMemoryId = newId();
@@ -178,36 +205,35 @@ TEST_F(ExternalExecution, TheChildSideServesCasesAndEndsAfterFiveSecondsWithoutA
   setup.sResponseEventId = newId();
   CSharedMemoryWorkBuffer buffer(setup.sMemoryId, false);
   CNamedEvent request(setup.sRequestEventId, false), response(setup.sResponseEventId, false);
-  const CString directory = ZoFileSystem::GetCurrentDirectoryW();
-  std::promise<void> ended;
-  std::thread child([&setup, &ended] {
-    CEnvironment env;
-    try {
-      Run::RunExternalExecution(setup, env);
-    } catch (...) {}
-    ended.set_value();
-  });
-  Clock::time_point lastAnswer;
-  for (unsigned int i : {1u, 2u}) {
-    {
-      SBufferAccess access = buffer.GetWriteAccess();
-      ResetWorkBlock(*access.pBlock);
-      StoreBlockText(access.pBlock->sClassName, SWorkBlock::sc_uiTextUnits, RunTestClasses::sc_szResults);
-      StoreBlockText(access.pBlock->sCaseName, SWorkBlock::sc_uiTextUnits, FormatString(L"r%u", i));
-    }
+  const auto handOver = [&buffer, &request](unsigned int i) {
+    SBufferAccess access = buffer.GetWriteAccess();
+    ResetWorkBlock(*access.pBlock);
+    StoreBlockText(access.pBlock->sClassName, SWorkBlock::sc_uiTextUnits, RunTestClasses::sc_szResults);
+    StoreBlockText(access.pBlock->sCaseName, SWorkBlock::sc_uiTextUnits, FormatString(L"r%u", i));
     request.Set();
-    ASSERT_EQ(response.Wait(60000), CNamedEvent::eWaitSignalled);
-    lastAnswer = Clock::now();
+  };
+  std::vector<std::pair<int, CString>> answers;
+  const auto takeAnswer = [&buffer, &response, &answers] {
+    if (response.Wait(0) != CNamedEvent::eWaitSignalled) return;
     SBufferAccess access = buffer.GetReadAccess();
-    EXPECT_EQ(access.pBlock->eResult, i == 1 ? Run::eCaseOk : Run::eCaseError);
-    EXPECT_EQ(LoadBlockText(access.pBlock->output, SWorkBlock::sc_uiOutputUnits),
-              FormatString(L"INFO:  subtest %u\n", i));
-  }
-  std::future<void> end = ended.get_future();
-  const bool endedInTime = end.wait_for(std::chrono::seconds(30)) == std::future_status::ready;
-  const double idle = secondsSince(lastAnswer);
-  child.join();
+    answers.emplace_back(access.pBlock->eResult, LoadBlockText(access.pBlock->output, SWorkBlock::sc_uiOutputUnits));
+  };
+  CFakeClock clock;
+  std::vector<double> idleSince;
+  clock.OnWait([&](unsigned int) {
+    takeAnswer();
+    idleSince.push_back(clock.Seconds());
+    if (answers.size() == 1 && idleSince.size() == 2) handOver(2);
+  });
+  handOver(1);
+  const CString directory = ZoFileSystem::GetCurrentDirectoryW();
+  CEnvironment env;
+  ServeExternalCases(setup, env, clock);
   ZoFileSystem::SetCurrentDirectoryW(directory);
-  ASSERT_TRUE(endedInTime);
-  EXPECT_GE(idle, sc_uiChildIdleMs / 1000.0 - 0.1);
+  ASSERT_EQ(answers.size(), 2u);
+  EXPECT_EQ(answers[0], std::make_pair(int{Run::eCaseOk}, CString(L"INFO:  subtest 1\n")));
+  EXPECT_EQ(answers[1], std::make_pair(int{Run::eCaseError}, CString(L"INFO:  subtest 2\n")));
+  EXPECT_EQ(clock.Waits(), (std::vector<unsigned int>{sc_uiChildIdleMs, sc_uiChildIdleMs, sc_uiChildIdleMs}));
+  EXPECT_DOUBLE_EQ(clock.Seconds() - idleSince.back(), sc_uiChildIdleMs / 1000.0 + 0.001)
+      << "the child side ended after other than five seconds without a request";
 }

@@ -1,7 +1,8 @@
+// Child processes of external execution: their running number and the
+// starter of the front end in its child mode.
 #include "run/external/ChildProcess.h"
 
 #include <atomic>
-#include <mutex>
 
 #include "foundation/ZoFileSystem.h"
 
@@ -19,36 +20,36 @@ constexpr const wchar_t* sc_szChildProgram = L"ZoTestSuiteCLI";
 constexpr const wchar_t* sc_szChildProgram = L"ZoTestSuiteCLID";
 #endif
 
-struct SProgramDirectory {
-  std::mutex lock;
-  CString sDirectory;
-};
-
-SProgramDirectory& programDirectory() {
-  static SProgramDirectory directory;
-  return directory;
-}
-
 }  // namespace
 
 unsigned int TakeChildIndex() { return s_uiChildCounter.fetch_add(1); }
 
-void SetChildProgramDirectory(const CString& directory) {
-  CString text = directory;
-  if (!text.IsEmpty() && text.Right(1) != L"/") text += L"/";
-  std::lock_guard<std::mutex> lock(programDirectory().lock);
-  programDirectory().sDirectory = text;
+CFrontEndStarter::CFrontEndStarter(const CString& directory) : m_sDirectory(directory) {
+  if (!m_sDirectory.IsEmpty() && m_sDirectory.Right(1) != L"/") m_sDirectory += L"/";
 }
 
-CString GetChildProgramDirectory() {
-  {
-    std::lock_guard<std::mutex> lock(programDirectory().lock);
-    if (!programDirectory().sDirectory.IsEmpty()) return programDirectory().sDirectory;
-  }
+CString CFrontEndStarter::GetProgramDirectory() const {
+  if (!m_sDirectory.IsEmpty()) return m_sDirectory;
   return ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable);
 }
 
-CString GetChildProgramPath() { return GetChildProgramDirectory() + sc_szChildProgram; }
+CString CFrontEndStarter::GetProgramPath() const { return GetProgramDirectory() + sc_szChildProgram; }
+
+std::unique_ptr<SChildProcess> CFrontEndStarter::Start(const CString& sDataDir, const SCaseContext& context) {
+  Process::SSpawnRequest request;
+  request.arguments.push_back(GetProgramPath().ToUtf8());
+  for (std::string& word : ComposeChildArguments(sDataDir, context)) request.arguments.push_back(std::move(word));
+  request.sWorkingDirectory = GetProgramDirectory().ToUtf8();
+  request.eStreams = Process::EStandardStreams::eNull;
+  Process::CChild child;
+  if (!child.Start(request)) return nullptr;
+  return std::make_unique<SChildProcess>(std::move(child), TakeChildIndex());
+}
+
+IChildStarter& DefaultChildStarter() {
+  static CFrontEndStarter starter;
+  return starter;
+}
 
 std::vector<std::string> ComposeChildArguments(const CString& sDataDir, const SCaseContext& context) {
   CString dataDir = sDataDir;
@@ -62,17 +63,6 @@ std::vector<std::string> ComposeChildArguments(const CString& sDataDir, const SC
           context.sRequestEventId.ToUtf8(),
           "--response-event-id",
           context.sResponseEventId.ToUtf8()};
-}
-
-std::unique_ptr<SChildProcess> StartChild(const CString& sDataDir, const SCaseContext& context) {
-  Process::SSpawnRequest request;
-  request.arguments.push_back(GetChildProgramPath().ToUtf8());
-  for (std::string& word : ComposeChildArguments(sDataDir, context)) request.arguments.push_back(std::move(word));
-  request.sWorkingDirectory = GetChildProgramDirectory().ToUtf8();
-  request.eStreams = Process::EStandardStreams::eNull;
-  Process::CChild child;
-  if (!child.Start(request)) return nullptr;
-  return std::make_unique<SChildProcess>(std::move(child), TakeChildIndex());
 }
 
 }  // namespace TestSuite

@@ -3,10 +3,9 @@
 // side, Run::RunExternalExecution.
 #include "run/external/ExternalExecution.h"
 
-#include <chrono>
-
 #include "foundation/XbException.h"
 #include "foundation/ZoUniqueId.h"
+#include "run/RunClock.h"
 #include "run/RunDriver.h"
 #include "run/external/ChildProcess.h"
 #include "run/external/NamedEvent.h"
@@ -35,10 +34,11 @@ void abandonChild(SCaseContext& context) {
 // The supervision after the first wait for the answer: time limit, cancel
 // query and the child's life, once a second each.
 void superviseChild(SCaseContext& context, unsigned int uiTimeOutSec, const Run::SCallbacks& callbacks,
-                    std::chrono::steady_clock::time_point start, CNamedEvent::EWaitResult waited) {
+                    std::int64_t start, CNamedEvent::EWaitResult waited) {
+  IRunClock& clock = *context.pClock;
   const double limit = static_cast<double>(uiTimeOutSec);
   while (waited != CNamedEvent::eWaitFailed) {
-    const double elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const double elapsed = clock.SecondsSince(start);
     if (elapsed > limit) {
       abandonChild(context);
       writeResult(*context.sharedBuffer, Run::eCaseTimeout);
@@ -50,7 +50,7 @@ void superviseChild(SCaseContext& context, unsigned int uiTimeOutSec, const Run:
       return;
     }
     if (!context.child->IsAlive()) break;
-    waited = context.responseEvent->Wait(sc_uiChildPollMs);
+    waited = clock.Wait(*context.responseEvent, sc_uiChildPollMs);
     if (waited == CNamedEvent::eWaitSignalled) return;
   }
   abandonChild(context);  // the block keeps what the child left: after a crash 5 and no output
@@ -58,8 +58,11 @@ void superviseChild(SCaseContext& context, unsigned int uiTimeOutSec, const Run:
 
 }  // namespace
 
-SCaseContext::SCaseContext() = default;
-SCaseContext::SCaseContext(std::uint64_t runDate) : uiRunDate(runDate) {}
+SCaseContext::SCaseContext() : SCaseContext(0) {}
+SCaseContext::SCaseContext(std::uint64_t runDate)
+    : uiRunDate(runDate), pClock(&SystemRunClock()), pChildStarter(&DefaultChildStarter()) {}
+SCaseContext::SCaseContext(const SRunContext& run)
+    : uiRunDate(run.date.GetValue()), pClock(&run.clock), pChildStarter(&run.childStarter) {}
 // The child goes first: it may still be waiting for a request.
 SCaseContext::~SCaseContext() { child.reset(); }
 
@@ -85,7 +88,7 @@ IWorkBuffer& AcquireSharedWorkBuffer(const CString& sDataDir, const SRunOptions&
     context.sResponseEventId = newId();
     context.responseEvent = std::make_unique<CNamedEvent>(context.sResponseEventId, false);
   }
-  if (!context.child) context.child = StartChild(sDataDir, context);
+  if (!context.child) context.child = context.pChildStarter->Start(sDataDir, context);
   return *context.sharedBuffer;
 }
 
@@ -94,26 +97,30 @@ void RunCaseInChild(SCaseContext& context, unsigned int uiTimeOutSec, const Run:
   if (!context.child) return;
   row.iProcessIndex = static_cast<std::int32_t>(context.child->uiIndex);
   context.requestEvent->Set();
-  const auto start = std::chrono::steady_clock::now();
-  const CNamedEvent::EWaitResult waited = context.responseEvent->Wait(sc_uiChildPollMs);
+  const std::int64_t start = context.pClock->Now();
+  const CNamedEvent::EWaitResult waited = context.pClock->Wait(*context.responseEvent, sc_uiChildPollMs);
   if (waited == CNamedEvent::eWaitSignalled) return;
   superviseChild(context, uiTimeOutSec, callbacks, start, waited);
 }
 
-void Run::RunExternalExecution(const SSetup& setup, CEnvironment& env) {
+void ServeExternalCases(const SSetup& setup, CEnvironment& env, IRunClock& clock) {
   if (setup.sMemoryId.IsEmpty() || setup.sRequestEventId.IsEmpty() || setup.sResponseEventId.IsEmpty())
     XB_THROW("TestSuite::Run::RunExternalExecution");
   CNamedEvent requestEvent(setup.sRequestEventId, true);
   CNamedEvent responseEvent(setup.sResponseEventId, true);
   CSharedMemoryWorkBuffer buffer(setup.sMemoryId, true);
   PrepareProcess(setup, env);
-  while (requestEvent.Wait(sc_uiChildIdleMs) == CNamedEvent::eWaitSignalled) {
+  while (clock.Wait(requestEvent, sc_uiChildIdleMs) == CNamedEvent::eWaitSignalled) {
     {
       SBufferAccess access = buffer.GetWriteAccess();
-      RunCaseInBlock(*access.pBlock);
+      RunCaseInBlock(*access.pBlock, clock);
     }
     responseEvent.Set();
   }
+}
+
+void Run::RunExternalExecution(const SSetup& setup, CEnvironment& env) {
+  ServeExternalCases(setup, env, SystemRunClock());
 }
 
 }  // namespace TestSuite

@@ -18,17 +18,23 @@ inline constexpr unsigned int sc_uiChildIdleMs = 5000;
 // child while a case runs.
 inline constexpr unsigned int sc_uiChildPollMs = 1000;
 
-// Makes the child process, the shared block and the events of the context
-// as far as they are missing, and gives the shared block. With bIsolated
-// everything of the case before is thrown away first, its child killed.
+// Makes the child process (through the context's starter), the shared
+// block and the events of the context as far as they are missing, and
+// gives the shared block. With bIsolated everything of the case before is
+// thrown away first, its child killed.
 IWorkBuffer& AcquireSharedWorkBuffer(const CString& sDataDir, const SRunOptions& options, SCaseContext& context);
 
 // Hands the case in the shared block to the child and waits for its answer,
 // with the time limit (result 8) and the cancel query (result 7), both
-// looked at once a second, so a case can outrun its limit by up to a
-// second. A child that dies leaves result 5 and no output; without a child
+// looked at once a second on the context's clock, so a case can outrun its
+// limit by up to a second. A child that dies leaves result 5 and no output; without a child
 // the row keeps result 5 and process index -1.
 void RunCaseInChild(SCaseContext& context, unsigned int uiTimeOutSec, const Run::SCallbacks& callbacks,
                     SCaseResult& row);
+
+// The child's side: serves the cases that the parent hands over until no
+// request comes for five seconds on `clock`. Run::RunExternalExecution is
+// this on the system's clock.
+void ServeExternalCases(const SSetup& setup, CEnvironment& env, IRunClock& clock);
 
 }  // namespace TestSuite
