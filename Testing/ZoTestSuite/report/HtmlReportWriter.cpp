@@ -26,22 +26,11 @@ void writeBuildTable(CMarkupWriter& writer, const SData& data) {
   writer.WriteElement(L"h2", L"Build Version");
   writer.WriteLineOpen(L"<table id=\"build\">");
   WriteHtmlTableRow(writer, L"Build Configuration:", data.BuildConfiguration);
-  if (const SSvnInfo* svn = data.SvnInfo.get()) {
-    WriteHtmlTableRow(writer, L"SVN URL:", svn->URL);
-    WriteHtmlTableRow(writer, L"SVN Revision", svn->Revision);
-    WriteHtmlTableRow(writer, L"SVN Working Copy:", svn->WorkingCopyRootPath);
-    WriteHtmlTableRow(writer, L"SVN Last Changed Author:", svn->LastChangedAuthor);
-    WriteHtmlTableRow(writer, L"SVN Last Changed Rev:", svn->LastChangedRev);
-    WriteHtmlTableRow(writer, L"SVN Last Changed Date:", svn->LastChangedDate);
-  }
-  if (const SPscmInfo* pscm = data.PscmInfo.get()) {
-    WriteHtmlTableRow(writer, L"PSCM Server:", pscm->Server);
-    WriteHtmlTableRow(writer, L"PSCM Repository:", pscm->Repository);
-    WriteHtmlTableRow(writer, L"PSCM Branch:", pscm->Branch);
-    WriteHtmlTableRow(writer, L"PSCM Changeset:", pscm->Changeset);
-    WriteHtmlTableRow(writer, L"PSCM Changeset Author:", pscm->ChangesetAuthor);
-    WriteHtmlTableRow(writer, L"PSCM Workspace Path:", pscm->WorkspacePath);
-  }
+  const auto write = [&writer](const auto& field, const CString& value) {
+    if (field.szLabel) WriteHtmlTableRow(writer, field.szLabel, value);
+  };
+  ForEachBuildInfoField(data.SvnInfo.get(), write);
+  ForEachBuildInfoField(data.PscmInfo.get(), write);
   writer.WriteLineClose(L"</table>");
 }
 

@@ -51,25 +51,18 @@ CString attribute(const wchar_t* name, const CString& value) {
 // Seconds as the schema wants them: digits, a point, three decimals.
 CString seconds(double value) { return FormatString(L"%.3f", value > 0.0 ? value : 0.0); }
 
-void writeProperty(CMarkupWriter& writer, const wchar_t* name, const CString& value) {
+void writeProperty(CMarkupWriter& writer, const CString& name, const CString& value) {
   writer.WriteLine(FormatString(L"<property%s%s/>", attribute(L"name", name), attribute(L"value", value)));
 }
 
 void writeProperties(CMarkupWriter& writer, const SData& data) {
   writer.WriteLineOpen(L"<properties>");
   writeProperty(writer, L"BuildConfiguration", data.BuildConfiguration);
-  if (const SPscmInfo* pscm = data.PscmInfo.get()) {
-    writeProperty(writer, L"PscmServer", pscm->Server);
-    writeProperty(writer, L"PscmRepository", pscm->Repository);
-    writeProperty(writer, L"PscmBranch", pscm->Branch);
-    writeProperty(writer, L"PscmChangeset", pscm->Changeset);
-    writeProperty(writer, L"PscmChangesetAuthor", pscm->ChangesetAuthor);
-    writeProperty(writer, L"PscmWorkspacePath", pscm->WorkspacePath);
-  }
-  if (const SSvnInfo* svn = data.SvnInfo.get()) {
-    writeProperty(writer, L"SvnURL", svn->URL);
-    writeProperty(writer, L"SvnRevision", svn->Revision);
-  }
+  const auto write = [&writer](const auto& field, const CString& value) {
+    if (field.bJUnitProperty) writeProperty(writer, CString(field.szElement), value);
+  };
+  ForEachBuildInfoField(data.PscmInfo.get(), write);
+  ForEachBuildInfoField(data.SvnInfo.get(), write);
   writeProperty(writer, L"Processor", data.Processor);
   writeProperty(writer, L"GPU", data.GPU);
   writeProperty(writer, L"MachineName", data.MachineName);

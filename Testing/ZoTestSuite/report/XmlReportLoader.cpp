@@ -70,29 +70,21 @@ void readSystemAndRun(const XMLNode& root, SData& data) {
   data.TimeOut = uintOf(run, "TimeOut");
 }
 
+// The record exists only if its element `presence` has a text.
+template <typename TRecord>
+std::shared_ptr<TRecord> readFields(const XMLNode& build, const char* presence) {
+  if (textOf(build, presence).IsEmpty()) return nullptr;
+  auto record = std::make_shared<TRecord>();
+  for (const SBuildInfoField<TRecord>& field : BuildInfoFields<TRecord>())
+    if (field.szElement) (*record).*field.pField = textOf(build, field.szElement);
+  return record;
+}
+
 void readBuildInfo(const XMLNode& root, SData& data) {
   const XMLNode build = root.getChildNode("BuildInfo", 0);
   data.BuildConfiguration = textOf(build, "BuildConfiguration");
-  if (!textOf(build, "SvnURL").IsEmpty()) {
-    auto svn = std::make_shared<SSvnInfo>();
-    svn->URL = textOf(build, "SvnURL");
-    svn->Revision = textOf(build, "SvnRevision");
-    svn->WorkingCopyRootPath = textOf(build, "SvnWorkingCopyRootPath");
-    svn->LastChangedAuthor = textOf(build, "SvnLastChangedAuthor");
-    svn->LastChangedRev = textOf(build, "SvnLastChangedRev");
-    svn->LastChangedDate = textOf(build, "SvnLastChangedDate");
-    data.SvnInfo = std::move(svn);
-  }
-  if (!textOf(build, "PscmRepository").IsEmpty()) {
-    auto pscm = std::make_shared<SPscmInfo>();
-    pscm->Server = textOf(build, "PscmServer");
-    pscm->Repository = textOf(build, "PscmRepository");
-    pscm->Branch = textOf(build, "PscmBranch");
-    pscm->Changeset = textOf(build, "PscmChangeset");
-    pscm->ChangesetAuthor = textOf(build, "PscmChangesetAuthor");
-    pscm->WorkspacePath = textOf(build, "PscmWorkspacePath");
-    data.PscmInfo = std::move(pscm);
-  }
+  data.SvnInfo = readFields<SSvnInfo>(build, "SvnURL");
+  data.PscmInfo = readFields<SPscmInfo>(build, "PscmRepository");
 }
 
 void readStatistics(const XMLNode& root, SData& data) {

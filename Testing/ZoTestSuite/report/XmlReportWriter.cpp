@@ -22,22 +22,11 @@ void writeSystemInfo(CMarkupWriter& writer, const SData& data) {
 void writeBuildInfo(CMarkupWriter& writer, const SData& data) {
   writer.WriteLineOpen(L"<BuildInfo>");
   writer.WriteElement(L"BuildConfiguration", data.BuildConfiguration);
-  if (const SSvnInfo* svn = data.SvnInfo.get()) {
-    writer.WriteElement(L"SvnURL", svn->URL);
-    writer.WriteElement(L"SvnRevision", svn->Revision);
-    writer.WriteElement(L"SvnWorkingCopyRootPath", svn->WorkingCopyRootPath);
-    writer.WriteElement(L"SvnLastChangedAuthor", svn->LastChangedAuthor);
-    writer.WriteElement(L"SvnLastChangedRev", svn->LastChangedRev);
-    writer.WriteElement(L"SvnLastChangedDate", svn->LastChangedDate);
-  }
-  if (const SPscmInfo* pscm = data.PscmInfo.get()) {
-    writer.WriteElement(L"PscmServer", pscm->Server);
-    writer.WriteElement(L"PscmRepository", pscm->Repository);
-    writer.WriteElement(L"PscmBranch", pscm->Branch);
-    writer.WriteElement(L"PscmChangeset", pscm->Changeset);
-    writer.WriteElement(L"PscmChangesetAuthor", pscm->ChangesetAuthor);
-    writer.WriteElement(L"PscmWorkspacePath", pscm->WorkspacePath);
-  }
+  const auto write = [&writer](const auto& field, const CString& value) {
+    if (field.szElement) writer.WriteElement(CString(field.szElement), value);
+  };
+  ForEachBuildInfoField(data.SvnInfo.get(), write);
+  ForEachBuildInfoField(data.PscmInfo.get(), write);
   writer.WriteLineClose(L"</BuildInfo>");
 }
 

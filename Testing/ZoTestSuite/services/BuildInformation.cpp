@@ -13,33 +13,7 @@ namespace TestSuite {
 namespace {
 
 template <typename TRecord>
-struct SKeyField {
-  const char* sKey;
-  CString TRecord::*pField;
-};
-
-const SKeyField<SSvnInfo> c_svnKeys[] = {
-    {"Path", &SSvnInfo::Path},
-    {"Working Copy Root Path", &SSvnInfo::WorkingCopyRootPath},
-    {"URL", &SSvnInfo::URL},
-    {"Repository Root", &SSvnInfo::RepositoryRoot},
-    {"Revision", &SSvnInfo::Revision},
-    {"Last Changed Author", &SSvnInfo::LastChangedAuthor},
-    {"Last Changed Rev", &SSvnInfo::LastChangedRev},
-    {"Last Changed Date", &SSvnInfo::LastChangedDate},
-};
-
-const SKeyField<SPscmInfo> c_pscmKeys[] = {
-    {"Server", &SPscmInfo::Server},
-    {"Repository", &SPscmInfo::Repository},
-    {"Branch", &SPscmInfo::Branch},
-    {"Changeset", &SPscmInfo::Changeset},
-    {"ChangesetAuthor", &SPscmInfo::ChangesetAuthor},
-    {"WorkspacePath", &SPscmInfo::WorkspacePath},
-};
-
-template <typename TRecord, std::size_t N>
-std::unique_ptr<TRecord> parseInfo(const std::string& text, const SKeyField<TRecord> (&keys)[N]) {
+std::unique_ptr<TRecord> parseInfo(const std::string& text) {
   if (text.empty()) return nullptr;
   auto record = std::make_unique<TRecord>();
   ZoStreamReadASCIIStringT<std::string> reader(text);
@@ -48,8 +22,8 @@ std::unique_ptr<TRecord> parseInfo(const std::string& text, const SKeyField<TRec
     const auto colon = line.find(':');
     if (colon == std::string::npos) continue;
     const std::string key = line.substr(0, colon);
-    for (const auto& entry : keys) {
-      if (key != entry.sKey) continue;
+    for (const SBuildInfoField<TRecord>& entry : BuildInfoFields<TRecord>()) {
+      if (key != entry.szKey) continue;
       CString value(std::string_view(line).substr(colon + 1));
       (*record).*entry.pField = value.Trim();
     }
@@ -69,9 +43,9 @@ std::string findResource(const Resources::STextResource* list, std::size_t count
 
 }  // namespace
 
-std::unique_ptr<SSvnInfo> ParseSvnInfo(const std::string& text) { return parseInfo(text, c_svnKeys); }
+std::unique_ptr<SSvnInfo> ParseSvnInfo(const std::string& text) { return parseInfo<SSvnInfo>(text); }
 
-std::unique_ptr<SPscmInfo> ParsePscmInfo(const std::string& text) { return parseInfo(text, c_pscmKeys); }
+std::unique_ptr<SPscmInfo> ParsePscmInfo(const std::string& text) { return parseInfo<SPscmInfo>(text); }
 
 std::unique_ptr<SSvnInfo> GetSvnInfo() { return ParseSvnInfo(LoadTextResource(L"IDR_SVNINFO", L"SVNINFOFILE")); }
 

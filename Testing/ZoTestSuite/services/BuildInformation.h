@@ -11,6 +11,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 
 #include "foundation/CString.h"
@@ -36,6 +37,59 @@ struct SPscmInfo {
   CString ChangesetAuthor;  // "ChangesetAuthor": author of HEAD
   CString WorkspacePath;    // "WorkspacePath": top level of the checkout
 };
+
+// One field of a build-information record with its names wherever it
+// appears: the key in the resource text, the element of the XML report
+// (which is also the name of its property in the JUnit report) and the label
+// in the HTML report's build table. A field without an element is read from
+// the resource only.
+template <typename TRecord>
+struct SBuildInfoField {
+  CString TRecord::*pField;
+  const char* szKey;
+  const char* szElement;   // null: in no report
+  const wchar_t* szLabel;  // null: not in the HTML report
+  bool bJUnitProperty;
+};
+
+// The fields of a record, in the order in which the reports list them.
+inline const SBuildInfoField<SSvnInfo> c_SvnInfoFields[] = {
+    {&SSvnInfo::URL, "URL", "SvnURL", L"SVN URL:", true},
+    {&SSvnInfo::Revision, "Revision", "SvnRevision", L"SVN Revision", true},
+    {&SSvnInfo::WorkingCopyRootPath, "Working Copy Root Path", "SvnWorkingCopyRootPath", L"SVN Working Copy:", false},
+    {&SSvnInfo::LastChangedAuthor, "Last Changed Author", "SvnLastChangedAuthor", L"SVN Last Changed Author:", false},
+    {&SSvnInfo::LastChangedRev, "Last Changed Rev", "SvnLastChangedRev", L"SVN Last Changed Rev:", false},
+    {&SSvnInfo::LastChangedDate, "Last Changed Date", "SvnLastChangedDate", L"SVN Last Changed Date:", false},
+    {&SSvnInfo::Path, "Path", nullptr, nullptr, false},
+    {&SSvnInfo::RepositoryRoot, "Repository Root", nullptr, nullptr, false},
+};
+inline const SBuildInfoField<SPscmInfo> c_PscmInfoFields[] = {
+    {&SPscmInfo::Server, "Server", "PscmServer", L"PSCM Server:", true},
+    {&SPscmInfo::Repository, "Repository", "PscmRepository", L"PSCM Repository:", true},
+    {&SPscmInfo::Branch, "Branch", "PscmBranch", L"PSCM Branch:", true},
+    {&SPscmInfo::Changeset, "Changeset", "PscmChangeset", L"PSCM Changeset:", true},
+    {&SPscmInfo::ChangesetAuthor, "ChangesetAuthor", "PscmChangesetAuthor", L"PSCM Changeset Author:", true},
+    {&SPscmInfo::WorkspacePath, "WorkspacePath", "PscmWorkspacePath", L"PSCM Workspace Path:", true},
+};
+
+template <typename TRecord>
+std::span<const SBuildInfoField<TRecord>> BuildInfoFields();
+template <>
+inline std::span<const SBuildInfoField<SSvnInfo>> BuildInfoFields<SSvnInfo>() {
+  return c_SvnInfoFields;
+}
+template <>
+inline std::span<const SBuildInfoField<SPscmInfo>> BuildInfoFields<SPscmInfo>() {
+  return c_PscmInfoFields;
+}
+
+// Calls fn(field, value) for each field of `record`, in the order of its
+// table; nothing if there is no record.
+template <typename TRecord, typename Fn>
+void ForEachBuildInfoField(const TRecord* record, Fn&& fn) {
+  if (!record) return;
+  for (const SBuildInfoField<TRecord>& field : BuildInfoFields<TRecord>()) fn(field, record->*field.pField);
+}
 
 // The records of the library's resources; empty if the resource is absent
 // or empty. A present resource always gives a record, whose fields stay
