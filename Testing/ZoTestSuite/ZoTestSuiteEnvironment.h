@@ -18,15 +18,20 @@ class CEnvironment {
   // Registers the product, remembers the working directory, builds the
   // container, starts the message dispatcher and warms the process up.
   // Throws XbException when there is no container or no dispatcher.
-  CEnvironment();
+  //
+  // The configuration directory holds ZoTestSuite.wiring.xml,
+  // ZoTestSuiteEnvironment.conf and the libraries that LoadDLL loads; empty,
+  // the default, is the directory of the executable.
+  explicit CEnvironment(const CString& configurationDirectory = CString());
   ~CEnvironment();
   CEnvironment(const CEnvironment&) = delete;
   CEnvironment& operator=(const CEnvironment&) = delete;
 
-  // Loads NAME.so from the executable's directory; a missing file is
+  // Loads NAME.so from the configuration directory; a missing file is
   // silent, a failed load one warning.
   void LoadDLL(const CString& name, bool fromConfiguration);
-  // Loads every library that ZoTestSuiteEnvironment.conf names.
+  // Loads every library that the configuration directory's
+  // ZoTestSuiteEnvironment.conf names.
   void LoadTestDLLs();
   // How many libraries LoadDLL has loaded so far.
   unsigned int GetLoadedLibraryCount() const { return uiLoadedLibraries; }
@@ -36,7 +41,11 @@ class CEnvironment {
   void SetExecutableDirectoryAsWorkingDirectory();
   void RestoreWorkingDirectory();
 
+  // Ends in '/'.
+  const CString& GetConfigurationDirectory() const { return sConfigurationDirectory; }
+
  private:
+  CString sConfigurationDirectory;
   CString sInitialDirectory;
   unsigned int uiLoadedLibraries = 0;
   std::unique_ptr<Wiring::CContainer> container;

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "TempDirectory.h"
 #include "ZoTestSuiteEnvironment.h"
@@ -17,18 +16,16 @@ using namespace TestSuite;
 
 namespace {
 
-// A file beside the executable for the life of one test.
-class CFileBesideExecutable {
- public:
-  CFileBesideExecutable(const wchar_t* name, const std::string& bytes)
-      : m_path(ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + name) {
-    std::ofstream(m_path.ToUtf8(), std::ios::binary) << bytes;
-  }
-  ~CFileBesideExecutable() { ZoFileSystem::DeleteFileW(m_path); }
-
- private:
-  CString m_path;
-};
+// Links (or copies) the test library `name` from the build's binary
+// directory into `directory`; gives its path there.
+std::string provideLibrary(const TempDirectory& directory, const wchar_t* name) {
+  const std::filesystem::path from = (ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + name + L".so").ToUtf8();
+  const std::filesystem::path to = (directory.Path() + name + L".so").ToUtf8();
+  std::error_code error;
+  std::filesystem::create_hard_link(from, to, error);
+  if (error) std::filesystem::copy_file(from, to);
+  return to.string();
+}
 
 const char* wiringRootName() {
   const auto* container = Wiring::CContainer::GetCurrent();
@@ -40,11 +37,21 @@ const char* wiringRootName() {
 
 }  // namespace
 
-// The files beside the executable are shared by every test program that
-// runs at the same time, so each of them is changed by one test only.
-TEST(Environment, TheWiringFileBesideTheExecutableOrTheBuiltInConfiguration) {
+// Every environment here reads a configuration directory of its own: the
+// files beside the executable are shared by every test program that runs at
+// the same time.
+TEST(Environment, WithoutADirectoryTheConfigurationIsBesideTheExecutable) {
+  CEnvironment env;
+  EXPECT_EQ(env.GetConfigurationDirectory(), ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable));
+  TempDirectory directory;
+  const CString withoutSeparator = directory.Path().Left(directory.Path().GetLength() - 1);
+  EXPECT_EQ(CEnvironment(withoutSeparator).GetConfigurationDirectory(), directory.Path());
+}
+
+TEST(Environment, TheWiringFileOfTheConfigurationDirectoryOrTheBuiltInConfiguration) {
+  TempDirectory directory;
   {
-    CEnvironment env;
+    CEnvironment env(directory.Path());
     ASSERT_NE(wiringRootName(), nullptr);
     EXPECT_STREQ(wiringRootName(), "Wiring");  // no file: the built-in configuration
     const auto product = WrCProduct::Get();
@@ -54,28 +61,30 @@ TEST(Environment, TheWiringFileBesideTheExecutableOrTheBuiltInConfiguration) {
     EXPECT_EQ(product->sVersion, CString(L"1.0"));
   }
   {
-    CFileBesideExecutable wiring(L"ZoTestSuite.wiring.xml", "<LocalWiring><Product id=\"19\"/></LocalWiring>");
-    CEnvironment env;
+    directory.WriteFile(L"ZoTestSuite.wiring.xml", "<LocalWiring><Product id=\"19\"/></LocalWiring>");
+    CEnvironment env(directory.Path());
     EXPECT_STREQ(wiringRootName(), "LocalWiring");
   }
   {
-    CFileBesideExecutable wiring(L"ZoTestSuite.wiring.xml", "<LocalWiring>");
-    CEnvironment env;
+    directory.WriteFile(L"ZoTestSuite.wiring.xml", "<LocalWiring>");
+    CEnvironment env(directory.Path());
     EXPECT_STREQ(wiringRootName(), "Wiring");  // a broken file: the built-in one
   }
 }
 
-TEST(Environment, TheLibraryListBesideTheExecutable) {
+TEST(Environment, TheLibraryListOfTheConfigurationDirectory) {
+  TempDirectory directory;
+  const std::string path = provideLibrary(directory, L"ApiTestLibrary");
   {
-    CFileBesideExecutable list(L"ZoTestSuiteEnvironment.conf", "[]");
-    CEnvironment env;
+    directory.WriteFile(L"ZoTestSuiteEnvironment.conf", "[]");
+    CEnvironment env(directory.Path());
     COutRecorder recorder;
     env.LoadTestDLLs();
     EXPECT_EQ(recorder.Text(), CString());
     EXPECT_EQ(XbRTTI::Find(L"ApiLoadedTest"), nullptr);  // an empty list loads nothing
   }
-  CFileBesideExecutable list(L"ZoTestSuiteEnvironment.conf", "[\"ApiTestLibrary\", \"NotThere\"]");
-  CEnvironment env;
+  directory.WriteFile(L"ZoTestSuiteEnvironment.conf", "[\"ApiTestLibrary\", \"NotThere\"]");
+  CEnvironment env(directory.Path());
   COutRecorder recorder;
   env.LoadTestDLLs();
   env.LoadDLL(L"ApiTestLibrary", false);
@@ -83,7 +92,6 @@ TEST(Environment, TheLibraryListBesideTheExecutable) {
   ASSERT_NE(XbRTTI::Find(L"ApiLoadedTest"), nullptr);
   // In the list and in the setup: two references are held, so giving up
   // two more than we add leaves the class registered, and one more removes it.
-  const std::string path = (ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + L"ApiTestLibrary.so").ToUtf8();
   ZoPlatform::Library::Handle handle = ZoPlatform::Library::Load(path);
   ASSERT_NE(handle, nullptr);
   EXPECT_TRUE(ZoPlatform::Library::Unload(handle));
@@ -94,8 +102,9 @@ TEST(Environment, TheLibraryListBesideTheExecutable) {
 }
 
 TEST(Environment, ALibraryThatCannotBeLoadedIsOneWarning) {
-  CFileBesideExecutable broken(L"EnvironmentBroken.so", "not a library");
-  CEnvironment env;
+  TempDirectory directory;
+  directory.WriteFile(L"EnvironmentBroken.so", "not a library");
+  CEnvironment env(directory.Path());
   COutRecorder recorder;
   env.LoadDLL(L"EnvironmentBroken", false);
   const auto messages = recorder.Messages();

@@ -1,3 +1,4 @@
+// CEnvironment: the per-process set-up of the test system.
 #include <nlohmann/json.hpp>
 #include <thread>
 
@@ -32,9 +33,10 @@ std::string builtInWiring() {
   return text;
 }
 
-const CString& libraryListPath() {
-  static const CString path = ZoFileSystem::InterpretEnvironment(L"%EXECUTABLE%ZoTestSuiteEnvironment.conf");
-  return path;
+// Ends in '/'; empty is the executable's directory.
+CString resolveConfigurationDirectory(const CString& directory) {
+  if (directory.IsEmpty()) return ZoFileSystem::InterpretEnvironment(L"%EXECUTABLE%");
+  return directory.Right(1) == L"/" ? directory : directory + L"/";
 }
 
 void warmUpFileStreams() {
@@ -59,10 +61,11 @@ void warmUpTextServices() {
 
 }  // namespace
 
-CEnvironment::CEnvironment() {
+CEnvironment::CEnvironment(const CString& configurationDirectory)
+    : sConfigurationDirectory(resolveConfigurationDirectory(configurationDirectory)) {
   WrCProduct::Set(WrSProductInfo{19, L"ZoTestSuite", L"1.0", L"", 0}, false);
   sInitialDirectory = ZoFileSystem::GetCurrentDirectoryW();
-  const CString wiringPath = ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + L"./ZoTestSuite.wiring.xml";
+  const CString wiringPath = sConfigurationDirectory + L"./ZoTestSuite.wiring.xml";
   if (ZoFileSystem::Exists(wiringPath)) container = std::make_unique<Wiring::CContainer>(wiringPath.GetString(), true);
   if (!container || container->IsEmpty())
     container = std::make_unique<Wiring::CContainer>(builtInWiring().c_str(), true);
@@ -83,7 +86,7 @@ CEnvironment::~CEnvironment() {
 void CEnvironment::LoadDLL(const CString& name, bool fromConfiguration) {
   static_cast<void>(fromConfiguration);  // both callers load the same way
   const CString fileName = name + L".so";
-  const CString path = ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable) + fileName;
+  const CString path = sConfigurationDirectory + fileName;
   if (!ZoFileSystem::Exists(path)) return;
   if (ZoPlatform::Library::Load(path.ToUtf8())) {
     ++uiLoadedLibraries;
@@ -95,7 +98,7 @@ void CEnvironment::LoadDLL(const CString& name, bool fromConfiguration) {
 }
 
 void CEnvironment::LoadTestDLLs() {
-  const CString& path = libraryListPath();
+  const CString path = sConfigurationDirectory + L"ZoTestSuiteEnvironment.conf";
   if (!ZoFileSystem::Exists(path)) return;
   std::string text;
   ZoFileSystem::ReadFile(path, text);
