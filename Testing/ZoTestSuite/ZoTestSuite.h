@@ -85,4 +85,24 @@ void RunQueryMode(const SSetup& setup, CEnvironment& environment);
 // that is out of all those that selection and filters leave. Runs nothing.
 void ListDisabledTestCases(const SSetup& setup, CEnvironment& environment);
 
+// Loads the test libraries of the environment's configuration (not
+// `setup.dllFiles`) and looks, class by class, for data files of
+// file-based classes with equal bytes. Prints "Check: NAME" for every
+// class; with `setup.oDuplicateAction` set, then lists each duplicate set
+// (eListDuplicates) or keeps the oldest file of each set and deletes the
+// others (eDeleteDuplicates), and closes with the data directory, the
+// number of classes and the number of redundant files. Files are only
+// compared within one class.
+void RunDuplicateDetection(const SSetup& setup, CEnvironment& environment);
+
+// Lays the case times of the XML report `setup.sTimeSummaryReport` over the
+// test tree of `setup.sDataDir` (libraries as RunQueryMode loads them) and
+// prints the tree with the summed time of every directory and class that
+// has one, "[hh:mm:ss.mmm]" with hours never cut, three columns deeper per
+// level; with `setup.run.bShowThreadInfo`, the cases' times as well.
+// Cases and report rows meet by class and case name. Prints nothing for an
+// empty data directory or a report that cannot be loaded (the loader
+// reports a broken file).
+void GenerateTimeSummary(const SSetup& setup, CEnvironment& environment);
+
 }  // namespace TestSuite

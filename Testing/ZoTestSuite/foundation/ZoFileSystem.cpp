@@ -66,7 +66,7 @@ std::int64_t ZoFileSystem::GetFileSize(const CString& path) {
 std::uint64_t ZoFileSystem::GetCreationTime(const CString& path) {
   const auto status = Files::GetStatus(toSystem(path));
   if (!status) return 0;
-  return status->uiBirthTime ? status->uiBirthTime : status->uiModificationTime;
+  return status->GetCreationTime();
 }
 
 XbArray<ZoFileSystem::SEntry> ZoFileSystem::ListDirectory(const CString& path) {

@@ -3,6 +3,7 @@
 // an empty result or std::nullopt.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -16,6 +17,9 @@ struct SFileStatus {
   // Microseconds since the epoch; 0 where the file system keeps no birth time.
   std::uint64_t uiBirthTime = 0;
   std::uint64_t uiModificationTime = 0;
+
+  // The birth time where the file system keeps it, else the modification time.
+  std::uint64_t GetCreationTime() const { return uiBirthTime ? uiBirthTime : uiModificationTime; }
 };
 
 struct SDirectoryEntry {
@@ -35,6 +39,15 @@ bool RemoveFile(const std::string& path);
 // itself fails.
 bool CopyFile(const std::string& from, const std::string& to, bool failIfExists);
 bool ReadWholeFile(const std::string& path, std::string& bytes);
+
+// A regular file opened for reading by descriptor; -1 if it cannot be
+// opened or is no regular file. Opening a FIFO or a device never blocks.
+int OpenForReading(const std::string& path);
+// Up to `size` bytes from the current position, retried after an
+// interruption: the count read, 0 at the end, -1 on failure.
+std::int64_t ReadSome(int descriptor, void* data, std::size_t size);
+std::optional<SFileStatus> GetOpenFileStatus(int descriptor);
+void CloseDescriptor(int descriptor);
 // Entries without "." and ".."; a symbolic link counts as what it points to.
 bool ListDirectory(const std::string& path, std::vector<SDirectoryEntry>& entries);
 

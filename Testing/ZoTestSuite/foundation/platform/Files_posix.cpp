@@ -68,11 +68,11 @@ bool isDirectory(const std::string& path) {
   return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
-}  // namespace
-
-std::optional<SFileStatus> GetStatus(const std::string& path) {
+// statx relative to `directory`, or of the descriptor itself with an empty
+// path and AT_EMPTY_PATH.
+std::optional<SFileStatus> statusOf(int directory, const char* path, int flags) {
   struct statx st;
-  if (::statx(AT_FDCWD, path.c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &st) != 0) return std::nullopt;
+  if (::statx(directory, path, flags, STATX_BASIC_STATS | STATX_BTIME, &st) != 0) return std::nullopt;
   SFileStatus status;
   status.bDirectory = S_ISDIR(st.stx_mode);
   status.iSize = static_cast<std::int64_t>(st.stx_size);
@@ -80,6 +80,10 @@ std::optional<SFileStatus> GetStatus(const std::string& path) {
   if (st.stx_mask & STATX_BTIME) status.uiBirthTime = toMicroseconds(st.stx_btime);
   return status;
 }
+
+}  // namespace
+
+std::optional<SFileStatus> GetStatus(const std::string& path) { return statusOf(AT_FDCWD, path.c_str(), 0); }
 
 bool Exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
 
@@ -119,6 +123,32 @@ bool ReadWholeFile(const std::string& path, std::string& bytes) {
     if (n == 0) return true;
     bytes.append(buffer, static_cast<std::size_t>(n));
   }
+}
+
+int OpenForReading(const std::string& path) {
+  // Non-blocking, so that a FIFO without a writer is refused rather than waited for.
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (fd < 0) return -1;
+  struct stat st;
+  if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || ::fcntl(fd, F_SETFL, 0) != 0) {
+    ::close(fd);
+    return -1;
+  }
+  return fd;
+}
+
+std::int64_t ReadSome(int descriptor, void* data, std::size_t size) {
+  for (;;) {
+    const ssize_t n = ::read(descriptor, data, size);
+    if (n < 0 && errno == EINTR) continue;
+    return n;
+  }
+}
+
+std::optional<SFileStatus> GetOpenFileStatus(int descriptor) { return statusOf(descriptor, "", AT_EMPTY_PATH); }
+
+void CloseDescriptor(int descriptor) {
+  if (descriptor >= 0) ::close(descriptor);
 }
 
 bool ListDirectory(const std::string& path, std::vector<SDirectoryEntry>& entries) {
