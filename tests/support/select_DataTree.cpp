@@ -3,11 +3,13 @@
 
 #include "foundation/platform/Library.h"
 
+std::string LoadTestLibrary(const char* name) {
+  const std::string path = std::string(ZO_BIN_DIR) + "/" + name + ".so";
+  return ZoPlatform::Library::Load(path) ? std::string() : path + ": " + ZoPlatform::Library::GetLastError();
+}
+
 std::string LoadSelectTestClasses() {
-  static const std::string s_sError = [] {
-    const std::string path = std::string(ZO_BIN_DIR) + "/discovery_TestClasses.so";
-    return ZoPlatform::Library::Load(path) ? std::string() : path + ": " + ZoPlatform::Library::GetLastError();
-  }();
+  static const std::string s_sError = LoadTestLibrary("discovery_TestClasses");
   return s_sError;
 }
 

@@ -11,8 +11,10 @@
 #include "TempDirectory.h"
 #include "foundation/CString.h"
 
-// Loads discovery_TestClasses.so from the build's binary directory once for
+// Loads the test library `name`.so from the build's binary directory for
 // the whole process (never unloaded). Gives an error text, empty on success.
+std::string LoadTestLibrary(const char* name);
+// LoadTestLibrary of discovery_TestClasses, once.
 std::string LoadSelectTestClasses();
 
 class SelectDataTree {
