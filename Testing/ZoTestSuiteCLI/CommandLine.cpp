@@ -5,6 +5,7 @@
 #include "BuildInfo.h"
 #include "ReportOptions.h"
 #include "SelectionOptions.h"
+#include "ToolOptions.h"
 #include "services/Utils.h"
 
 namespace TestSuite::CLI {
@@ -100,6 +101,13 @@ void applyRaw(const ::CLI::App& app, const SRawOptions& raw, SSetup& setup) {
   setup.sResponseEventId = wide(raw.sResponseEventId);
 }
 
+// The mode option beside the tool modes that was given, empty if none.
+std::string otherModeOption(const SSelectionOptionValues& selection, bool recreate) {
+  if (selection.bQuery) return "--query";
+  if (selection.bListDisabled) return "--list-disabled";
+  return recreate ? "--recreate" : "";
+}
+
 void checkWorkers(const std::string& workers) {
   if (workers.empty()) return;
   if (workers.find_first_not_of("0123456789") != std::string::npos || workers.size() > 9)
@@ -129,6 +137,8 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   AddReportOptions(app, reportOptions);
   SSelectionOptionValues selectionOptions;
   AddSelectionOptions(app, selectionOptions);
+  SToolOptionValues toolOptions;
+  AddToolOptions(app, toolOptions);
   try {
     app.parse(argc, argv);
   } catch (const ::CLI::CallForHelp&) {
@@ -140,8 +150,10 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   applyRaw(app, raw, commandLine.setup);
   ApplyReportOptions(app, reportOptions, commandLine.setup);
   ApplySelectionOptions(selectionOptions, commandLine.setup);
+  const bool bToolMode = ApplyToolOptions(toolOptions, otherModeOption(selectionOptions, recreate), commandLine.setup);
   if (version) commandLine.eMode = EMode::Version;
   else if (!raw.sMemoryId.empty()) commandLine.eMode = EMode::Child;
+  else if (bToolMode) commandLine.eMode = toolOptions.oDuplicates ? EMode::Duplicates : EMode::TimeSummary;
   else if (selectionOptions.bQuery) commandLine.eMode = EMode::Query;
   else if (selectionOptions.bListDisabled) commandLine.eMode = EMode::ListDisabled;
   else if (recreate) commandLine.eMode = EMode::Recreate;

@@ -16,6 +16,8 @@ enum class EMode {
   Recreate,      // renew reference data
   Query,         // --query: list what would run
   ListDisabled,  // --list-disabled: list the disabled cases
+  TimeSummary,   // --time-summary: the times of a report over the tree
+  Duplicates,    // --duplicates: data files with equal bytes
   Help,          // --help was printed
   Version,       // --version was printed
 };

@@ -112,6 +112,12 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
       for (const CString& name : setup.dllFiles) env.LoadDLL(name, false);
       ListDisabledTestCases(setup, env);
       return sc_iExitPassed;
+    case EMode::TimeSummary: GenerateTimeSummary(setup, env); return sc_iExitPassed;
+    case EMode::Duplicates:
+      // Like the listing, the detection loads only the configured libraries.
+      for (const CString& name : setup.dllFiles) env.LoadDLL(name, false);
+      RunDuplicateDetection(setup, env);
+      return sc_iExitPassed;
     default: return runTests(commandLine, env, sink);
   }
 }

@@ -9,29 +9,16 @@
 #include <vector>
 
 #include "CommandLine.h"
+#include "cli_ParseWords.h"
 
 using namespace TestSuite;
 using namespace TestSuite::CLI;
 
-namespace {
-
-SCommandLine parse(std::vector<const char*> words) {
-  words.insert(words.begin(), {"ZoTestSuiteCLI", "-d", "data"});
-  return ParseCommandLine(static_cast<int>(words.size()), words.data());
-}
-
-// The usage error's text, empty if there is none.
-std::string usageError(std::vector<const char*> words) {
-  try {
-    parse(std::move(words));
-  } catch (const CUsageError& error) { return error.what(); }
-  return std::string();
-}
-
-}  // namespace
+using CliParse::ParseWithData;
+using CliParse::UsageError;
 
 TEST(SelectionOptions, DefaultsLeaveTheCollectionAsItIs) {
-  const SCommandLine c = parse({});
+  const SCommandLine c = ParseWithData({});
   const SCollectOptions& options = c.setup.collectOptions;
   EXPECT_EQ(c.eMode, EMode::Run);
   EXPECT_TRUE(options.sSelectionFile.IsEmpty());
@@ -42,7 +29,7 @@ TEST(SelectionOptions, DefaultsLeaveTheCollectionAsItIs) {
 }
 
 TEST(SelectionOptions, PatternsKeepTheirCommandLineOrderAcrossAllFourOptions) {
-  const SCommandLine c = parse(
+  const SCommandLine c = ParseWithData(
       {"--exclude", "b*", "--include-regex", "^a", "--include", "c?", "--exclude-regex", "d$", "--include", "Größe"});
   const XbArray<SPatternFilter>& filters = c.setup.collectOptions.filters;
   ASSERT_EQ(filters.GetCount(), 5u);
@@ -55,7 +42,7 @@ TEST(SelectionOptions, PatternsKeepTheirCommandLineOrderAcrossAllFourOptions) {
 }
 
 TEST(SelectionOptions, WildcardsIgnoreCaseAndRegexesAreTakenAsWritten) {
-  const SCommandLine c = parse({"--include", "geo*", "--include-regex", "^Geo.$"});
+  const SCommandLine c = ParseWithData({"--include", "geo*", "--include-regex", "^Geo.$"});
   const XbArray<SPatternFilter>& filters = c.setup.collectOptions.filters;
   ASSERT_EQ(filters.GetCount(), 2u);
   EXPECT_TRUE(std::regex_match(std::wstring(L"GEOMETRY"), filters[0].regex));
@@ -65,7 +52,8 @@ TEST(SelectionOptions, WildcardsIgnoreCaseAndRegexesAreTakenAsWritten) {
 }
 
 TEST(SelectionOptions, FlagsFillTheirFields) {
-  const SCommandLine c = parse({"--full-match", "--keep-disabled", "--invert-selection", "--select", "/abs/sel.xml"});
+  const SCommandLine c =
+      ParseWithData({"--full-match", "--keep-disabled", "--invert-selection", "--select", "/abs/sel.xml"});
   const SCollectOptions& options = c.setup.collectOptions;
   EXPECT_TRUE(options.bFullMatch);
   EXPECT_FALSE(options.bDropDisabled);
@@ -74,29 +62,29 @@ TEST(SelectionOptions, FlagsFillTheirFields) {
 }
 
 TEST(SelectionOptions, RelativeSelectionFileIsMadeAbsolute) {
-  const SCommandLine c = parse({"--select", "sub/../sel.xml"});
+  const SCommandLine c = ParseWithData({"--select", "sub/../sel.xml"});
   const std::string expected = (std::filesystem::current_path() / "sel.xml").string();
   EXPECT_EQ(c.setup.collectOptions.sSelectionFile, CString::FromUtf8(expected));
 }
 
 TEST(SelectionOptions, QueryAndListDisabledAreModes) {
-  EXPECT_EQ(parse({"--query"}).eMode, EMode::Query);
-  EXPECT_EQ(parse({"--list-disabled"}).eMode, EMode::ListDisabled);
+  EXPECT_EQ(ParseWithData({"--query"}).eMode, EMode::Query);
+  EXPECT_EQ(ParseWithData({"--list-disabled"}).eMode, EMode::ListDisabled);
   // Listing is read-only and goes before renewing reference data.
-  EXPECT_EQ(parse({"--recreate", "--query"}).eMode, EMode::Query);
-  EXPECT_NE(usageError({"--query", "--list-disabled"}), "");
+  EXPECT_EQ(ParseWithData({"--recreate", "--query"}).eMode, EMode::Query);
+  EXPECT_NE(UsageError({"--query", "--list-disabled"}), "");
 }
 
 TEST(SelectionOptions, PatternThatDoesNotCompileNamesItselfAndTheCompilersMessage) {
-  const std::string wildcard = usageError({"--include", "ok", "--exclude", "a{"});
+  const std::string wildcard = UsageError({"--include", "ok", "--exclude", "a{"});
   EXPECT_EQ(wildcard.rfind("--exclude: 'a{' is no valid pattern: ", 0), 0u) << wildcard;
   EXPECT_GT(wildcard.size(), std::string("--exclude: 'a{' is no valid pattern: ").size());
-  const std::string regex = usageError({"--include-regex", "(x"});
+  const std::string regex = UsageError({"--include-regex", "(x"});
   EXPECT_EQ(regex.rfind("--include-regex: '(x' is no valid pattern: ", 0), 0u) << regex;
-  EXPECT_EQ(usageError({"--exclude-regex", "[b-a]"}).rfind("--exclude-regex: '[b-a]'", 0), 0u);
+  EXPECT_EQ(UsageError({"--exclude-regex", "[b-a]"}).rfind("--exclude-regex: '[b-a]'", 0), 0u);
 }
 
 TEST(SelectionOptions, PatternOptionsNeedAValue) {
-  EXPECT_NE(usageError({"--include"}), "");
-  EXPECT_NE(usageError({"--select"}), "");
+  EXPECT_NE(UsageError({"--include"}), "");
+  EXPECT_NE(UsageError({"--select"}), "");
 }
