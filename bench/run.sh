@@ -22,6 +22,18 @@ cmake -S "$source_dir" -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=Release \
   -DZO_BUILD_BENCH=ON -DZO_BUILD_TESTS=OFF -DZO_BUILD_EXAMPLES=OFF >/dev/null
 cmake --build "$build_dir" -j"${ZO_BENCH_JOBS:-2}" --target "${targets[@]}"
 
+# The duplicate detection benchmark compares itself with fdupes, which is
+# installed here only; without it that comparison is left out.
+if ! command -v fdupes >/dev/null 2>&1; then
+  sudo_cmd=()
+  [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)
+  export DEBIAN_FRONTEND=noninteractive
+  "${sudo_cmd[@]}" apt-get install -y --no-install-recommends fdupes >/dev/null 2>&1 ||
+    { "${sudo_cmd[@]}" apt-get update >/dev/null 2>&1 &&
+      "${sudo_cmd[@]}" apt-get install -y --no-install-recommends fdupes >/dev/null 2>&1; } ||
+    echo "fdupes could not be installed; duplicates_bench leaves it out" >&2
+fi
+
 status=0
 for target in "${targets[@]}"; do
   echo
