@@ -173,3 +173,25 @@ TEST_F(TimeSummaryTest, ClassesOfTheLibrariesOfTheSetupAreFound) {
   WriteReport({{L"ApiLoadedTest", L"passes", 1.0}, {L"ApiLoadedTest", L"fails", 0.5}});
   EXPECT_EQ(Summary(true), L" [00:00:01.500]  ApiLoadedTest\n   [00:00:01.000]  passes\n   [00:00:00.500]  fails\n");
 }
+
+TEST_F(TimeSummaryTest, AClassInTwoDirectoriesTakesTheTimesOfItsNameInBoth) {
+  m_tree.Class(L"data/x/Alpha", {"a1", "a2"});
+  m_tree.Class(L"data/y/Alpha", {"a2"});
+  WriteReport({{L"Alpha", L"a1", 1.0}, {L"Alpha", L"a2", 2.0}});
+  EXPECT_EQ(Summary(true),
+            L" [00:00:05.000]  data\n"
+            L"   [00:00:03.000]  x\n"
+            L"      [00:00:03.000]  Alpha\n"
+            L"         [00:00:01.000]  a1\n"
+            L"         [00:00:02.000]  a2\n"
+            L"   [00:00:02.000]  y\n"
+            L"      [00:00:02.000]  Alpha\n"
+            L"         [00:00:02.000]  a2\n");
+}
+
+TEST_F(TimeSummaryTest, ACaseNameListedTwiceCountsTwice) {
+  m_tree.Class(L"data/Alpha", {"a1", "a1", "a0"});
+  WriteReport({{L"Alpha", L"a1", 1.0}, {L"Alpha", L"a0", 0.5}});
+  EXPECT_EQ(Summary(true),
+            L" [00:00:02.500]  Alpha\n   [00:00:01.000]  a1\n   [00:00:01.000]  a1\n   [00:00:00.500]  a0\n");
+}
