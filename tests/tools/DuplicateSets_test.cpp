@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "services_COutRecorder.h"
 #include "tools_DuplicateTree.h"
 
@@ -149,4 +151,15 @@ TEST_F(DuplicateSetsTest, SetsAreAppendedBehindThoseAlreadyThere) {
   ASSERT_EQ(sets.GetCount(), 2u);
   EXPECT_EQ(sets[0][0].sClass, CString(L"CliScripted"));
   EXPECT_EQ(sets[1][0].sClass, CString(L"CliSecond"));
+}
+
+TEST_F(DuplicateSetsTest, FilesAbove4GiBArePassedOverWithoutAWord) {
+  Files(L"CliScripted", {{L"a.case", ""}, {L"b.case", ""}, {L"c.case", "klein"}, {L"d.case", "klein"}});
+  // Sparse: no disk space is taken, and nothing of them is read.
+  for (const wchar_t* name : {L"a.case", L"b.case"})
+    std::filesystem::resize_file((m_tree.Path() + L"CliScripted/" + name).ToUtf8(), 0x100000000ull);
+  XbArray<SDuplicateSet> sets;
+  EXPECT_EQ(FindDuplicateSets(Class(L"CliScripted"), sets), 1u);
+  EXPECT_EQ(Names(sets), (CNames{{L"c.case", L"d.case"}}));
+  EXPECT_EQ(m_recorder.Text(), L"");
 }
