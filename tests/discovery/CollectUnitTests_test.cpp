@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "DiscoveryNames.h"
+#include "SpecialFiles.h"
 #include "TempDirectory.h"
 #include "ZoTestSuiteTree.h"
 #include "discovery_Warnings.h"
@@ -324,4 +325,12 @@ TEST_F(CollectUnitTestsTest, SelectionFileOfSizeZeroWithoutFiltersEmptiesTheList
   options.sSelectionFile = m_tree.Path() + L"selection.xml";
   EXPECT_TRUE(Collect(options).IsEmpty());
   EXPECT_TRUE(m_recorder.Messages().empty());
+}
+
+TEST_F(CollectUnitTestsTest, AnExtraInfoThatIsAFifoIsPassedOverWithoutWaiting) {
+  Class(L"Alpha", {"a1", "a2"});
+  ASSERT_TRUE(MakeFifo((m_tree.Path() + L"Alpha/#ExtraInfo.xml").ToUtf8()));
+  const XbArray<SUnitTest> classes = Collect();
+  ASSERT_EQ(classes.GetCount(), 1u);
+  EXPECT_EQ(classes[0].Cases.GetCount(), 2u);
 }

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "SpecialFiles.h"
 #include "foundation/platform/Files.h"
 #include "foundation_TestFiles.h"
 
@@ -67,4 +68,13 @@ TEST(Files, StatusOfFilesDirectoriesAndLinks) {
   EXPECT_FALSE(Files::GetStatus(dir / "dangling").has_value());
   EXPECT_FALSE(Files::Exists(dir / "dangling"));
   EXPECT_TRUE(Files::Exists(dir / "link"));
+}
+
+TEST(Files, ReadWholeFileRefusesAFifoWithoutWaiting) {
+  const CScratchDirectory dir;
+  const std::string fifo = (dir.Path() / "fifo").string();
+  ASSERT_TRUE(MakeFifo(fifo));
+  std::string bytes = "old";
+  EXPECT_FALSE(Files::ReadWholeFile(fifo, bytes));
+  EXPECT_EQ(bytes, "");
 }

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "SpecialFiles.h"
 #include "TempDirectory.h"
 #include "foundation/CString.h"
 #include "services/xml/XMLNode.h"
@@ -142,4 +143,11 @@ TEST(XMLInput, ReadFileGivesTheBytesAsTheyAre) {
   ASSERT_EQ(input.ReadFile(dir / L"latin1.xml"), eXMLErrorNone);
   EXPECT_STREQ(input.Text(), "<a>\xFC</a>");
   EXPECT_EQ(input.ReadFile(dir / L"none.xml"), eXMLErrorCannotOpenWriteFile);
+}
+
+TEST(XMLInput, AFifoIsRefusedWithoutWaitingForAWriter) {
+  TempDirectory dir;
+  ASSERT_TRUE(MakeFifo((dir / L"fifo.xml").ToUtf8()));
+  CXMLInput input;
+  EXPECT_EQ(input.ReadFile(dir / L"fifo.xml"), eXMLErrorCannotOpenWriteFile);
 }

@@ -108,9 +108,11 @@ bool CopyFile(const std::string& from, const std::string& to, bool failIfExists)
 
 bool ReadWholeFile(const std::string& path, std::string& bytes) {
   bytes.clear();
-  CDescriptor in(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  // Opening a FIFO for reading would wait for a writer: open without
+  // waiting, and read regular files only.
+  CDescriptor in(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat st;
-  if (in.Get() < 0 || ::fstat(in.Get(), &st) != 0 || S_ISDIR(st.st_mode)) return false;
+  if (in.Get() < 0 || ::fstat(in.Get(), &st) != 0 || !S_ISREG(st.st_mode)) return false;
   bytes.reserve(static_cast<std::size_t>(st.st_size));
   char buffer[1 << 16];
   for (;;) {

@@ -41,8 +41,9 @@ XMLError CXMLInput::ReadFile(const wchar_t* sPath) {
   if (!sPath) return eXMLErrorCannotOpenWriteFile;
   const std::string sUtf8Path = CString(sPath).ToUtf8();
   std::error_code error;
-  // A directory opens for reading but has no content to read.
-  if (std::filesystem::is_directory(sUtf8Path, error)) return eXMLErrorCannotOpenWriteFile;
+  // A directory has no content to read, and opening a FIFO or a device would
+  // wait for a writer: only a regular file is read.
+  if (!std::filesystem::is_regular_file(sUtf8Path, error)) return eXMLErrorCannotOpenWriteFile;
   std::unique_ptr<std::FILE, SFileCloser> pFile(std::fopen(sUtf8Path.c_str(), "rb"));
   if (!pFile) return eXMLErrorCannotOpenWriteFile;
   if (std::fseek(pFile.get(), 0, SEEK_END) != 0) return eXMLErrorCannotOpenWriteFile;
