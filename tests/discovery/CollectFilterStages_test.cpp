@@ -8,13 +8,14 @@
 #include <vector>
 
 #include "DiscoveryNames.h"
+#include "UnitTestRecords.h"
 #include "ZoTestSuiteTree.h"
 #include "select_DataTree.h"
-#include "services/Utils.h"
 #include "services_COutRecorder.h"
 
 using TestSuite::SCollectOptions;
 using TestSuite::SUnitTest;
+using TestSupport::Wildcard;
 
 namespace {
 
@@ -26,13 +27,6 @@ class CollectFilterTest : public ::testing::Test {
     m_tree.Class(L"geo/Alpha", {"a1", "a2", "a3"});
     m_tree.Class(L"Beta", {"b1", "b2"});
     m_tree.Class(L"Zulu", {"z1"});
-  }
-  static TestSuite::SPatternFilter Wildcard(const wchar_t* wildcard, unsigned int eAction) {
-    TestSuite::SPatternFilter filter;
-    filter.sPattern = wildcard;
-    filter.regex = TestSuite::Utils::GenerateWildcardRegex(wildcard, false);
-    filter.eAction = eAction;
-    return filter;
   }
   CString Selection(const std::string& xml) const { return m_tree.File(L"selection.xml", xml); }
   // Every class and case of the result as "class:case".

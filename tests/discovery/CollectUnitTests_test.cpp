@@ -12,11 +12,11 @@
 #include "DiscoveryNames.h"
 #include "SpecialFiles.h"
 #include "TempDirectory.h"
+#include "UnitTestRecords.h"
 #include "ZoTestSuiteTree.h"
 #include "discovery_Warnings.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/platform/Library.h"
-#include "services/Utils.h"
 #include "services_COutRecorder.h"
 
 using TestSuite::CollectUnitTests;
@@ -309,11 +309,7 @@ TEST_F(CollectUnitTestsTest, OnlyExcludeFiltersEmptyTheList) {
   Class(L"Alpha", {"a1", "a2"});
   Class(L"Beta", {"b1"});
   SCollectOptions options;
-  for (const wchar_t* wildcard : {L"Alpha", L"b*"}) {
-    TestSuite::SPatternFilter& filter = options.filters.Emplace();
-    filter.regex = TestSuite::Utils::GenerateWildcardRegex(wildcard, false);
-    filter.eAction = 1;
-  }
+  for (const wchar_t* wildcard : {L"Alpha", L"b*"}) options.filters.Add(TestSupport::Wildcard(wildcard, 1));
   EXPECT_TRUE(Collect(options).IsEmpty());
   EXPECT_TRUE(m_recorder.Messages().empty());
 }

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "DiscoveryNames.h"
+#include "UnitTestRecords.h"
 #include "ZoTestSuiteTree.h"
-#include "services/Utils.h"
 
 using TestSuite::CTree;
 using TestSuite::EFilterResult;
@@ -18,26 +18,12 @@ using TestSuite::FilterNeutral;
 using TestSuite::SFilterFunctions;
 using TestSuite::SPatternFilter;
 using TestSuite::SUnitTest;
+using TestSupport::MakeClass;
+using TestSupport::Wildcard;
 
 namespace {
 
 using Results = std::vector<EFilterResult>;
-
-SUnitTest MakeClass(const wchar_t* name, const wchar_t* dataDir, std::initializer_list<const wchar_t*> cases) {
-  SUnitTest unitTest;
-  unitTest.Name = name;
-  unitTest.DataDir = dataDir;
-  for (const wchar_t* caseName : cases) unitTest.Cases.Emplace().Name = caseName;
-  return unitTest;
-}
-
-SPatternFilter Wildcard(const wchar_t* wildcard, unsigned int eAction) {
-  SPatternFilter filter;
-  filter.sPattern = wildcard;
-  filter.regex = TestSuite::Utils::GenerateWildcardRegex(wildcard, false);
-  filter.eAction = eAction;
-  return filter;
-}
 
 // The five slots as collection fills them from a pattern list.
 SFilterFunctions PatternFunctions(const XbArray<SPatternFilter>& filters, bool bFullMatch) {

@@ -4,8 +4,8 @@
 
 #include <regex>
 
+#include "UnitTestRecords.h"
 #include "ZoTestSuiteTree.h"
-#include "services/Utils.h"
 
 using TestSuite::ApplyMultiplePatternFilters;
 using TestSuite::ApplyPatternFilter;
@@ -13,6 +13,7 @@ using TestSuite::FilterExclude;
 using TestSuite::FilterInclude;
 using TestSuite::FilterNeutral;
 using TestSuite::SPatternFilter;
+using TestSupport::Wildcard;
 
 namespace {
 
@@ -20,14 +21,6 @@ SPatternFilter Regex(const wchar_t* pattern, unsigned int eAction) {
   SPatternFilter filter;
   filter.sPattern = pattern;
   filter.regex = std::wregex(pattern, std::regex_constants::ECMAScript);
-  filter.eAction = eAction;
-  return filter;
-}
-
-SPatternFilter Wildcard(const wchar_t* wildcard, unsigned int eAction) {
-  SPatternFilter filter;
-  filter.sPattern = wildcard;
-  filter.regex = TestSuite::Utils::GenerateWildcardRegex(wildcard, false);
   filter.eAction = eAction;
   return filter;
 }

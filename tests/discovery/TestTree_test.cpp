@@ -6,21 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "UnitTestRecords.h"
 #include "ZoTestSuiteTree.h"
 #include "foundation/XbException.h"
 
 using TestSuite::CTree;
 using TestSuite::SUnitTest;
+using TestSupport::MakeClass;
 
 namespace {
-
-SUnitTest MakeClass(const wchar_t* name, const wchar_t* dataDir, std::initializer_list<const wchar_t*> cases) {
-  SUnitTest unitTest;
-  unitTest.Name = name;
-  unitTest.DataDir = dataDir;
-  for (const wchar_t* caseName : cases) unitTest.Cases.Emplace().Name = caseName;
-  return unitTest;
-}
 
 CTree Build(const XbArray<SUnitTest>& unitTests) {
   CTree tree;

@@ -7,23 +7,16 @@
 // asks it, so that the case is gone between discovery and run.
 #include <atomic>
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <string>
 
+#include "WholeFile.h"
 #include "ZoUnitTest.h"
 
 namespace {
 
 void* volatile g_leak = nullptr;
-
-std::string readScript(const CString& path) {
-  std::ifstream file(path.ToUtf8());
-  std::stringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
 
 }  // namespace
 
@@ -33,7 +26,7 @@ class CliScripted : public ZoUnitTestFileBased {
 
  protected:
   EResult OnRunSubtest(unsigned int index) override {
-    std::istringstream script(readScript(GetFilePath(index)));
+    std::istringstream script(TestSupport::ReadWholeFile(GetFilePath(index).ToUtf8()));
     std::string verb, argument;
     script >> verb;
     std::getline(script >> std::ws, argument);

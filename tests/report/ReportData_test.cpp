@@ -6,6 +6,7 @@
 
 #include <regex>
 
+#include "UnitTestRecords.h"
 #include "run/RunDriver.h"
 
 namespace {
@@ -14,11 +15,7 @@ using namespace TestSuite;
 using namespace TestSuite::Report;
 
 SUnitTest makeClass(const wchar_t* name, std::initializer_list<const wchar_t*> cases) {
-  SUnitTest unitTest;
-  unitTest.Name = name;
-  unitTest.DataDir = CString(L"/data/") + name + L"/";
-  for (const wchar_t* caseName : cases) unitTest.Cases.Add(SUnitTest::SCase{caseName, {}});
-  return unitTest;
+  return TestSupport::MakeClass(name, CString(L"/data/") + name + L"/", cases);
 }
 
 SCaseResult makeRow(unsigned int classIndex, unsigned int caseIndex, Run::ECaseResult result,

@@ -1,10 +1,11 @@
+// TempDirectory: a scratch directory of one test.
 #include "TempDirectory.h"
 
 #include <atomic>
 #include <filesystem>
-#include <fstream>
 #include <random>
-#include <sstream>
+
+#include "WholeFile.h"
 
 namespace fs = std::filesystem;
 
@@ -29,13 +30,8 @@ void TempDirectory::MakeDirectory(const CString& name) const {
   fs::create_directories(fs::path((m_sPath + name).ToUtf8()));
 }
 
-std::string TempDirectory::ReadBytes(const CString& path) {
-  std::ifstream in(path.ToUtf8(), std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
-}
+std::string TempDirectory::ReadBytes(const CString& path) { return TestSupport::ReadWholeFile(path.ToUtf8()); }
 
 void TempDirectory::WriteBytes(const CString& path, const std::string& bytes) {
-  std::ofstream(path.ToUtf8(), std::ios::binary | std::ios::trunc) << bytes;
+  TestSupport::WriteWholeFile(path.ToUtf8(), bytes);
 }

@@ -5,31 +5,20 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <optional>
-#include <random>
 #include <string>
-#include <system_error>
+
+#include "TempDirectory.h"
+#include "WholeFile.h"
 
 namespace FoundationTest {
 
 // A new, empty directory under the system's temporary directory, removed
-// with everything in it when the object goes.
+// with everything in it when the object goes: a TempDirectory seen as a
+// std::filesystem path.
 class CScratchDirectory {
  public:
-  CScratchDirectory() {
-    const char* base = std::getenv("TMPDIR");
-    std::filesystem::path root = base && *base ? base : "/tmp";
-    std::random_device random;
-    for (;;) {
-      m_path = root / ("zo-foundation-test-" + std::to_string(random()));
-      if (std::filesystem::create_directory(m_path)) break;
-    }
-  }
-  ~CScratchDirectory() {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
-  }
+  CScratchDirectory() : m_path(m_dir.Path().ToUtf8()) { m_path = m_path.parent_path(); }
   CScratchDirectory(const CScratchDirectory&) = delete;
   CScratchDirectory& operator=(const CScratchDirectory&) = delete;
 
@@ -38,6 +27,7 @@ class CScratchDirectory {
   std::string operator/(const std::string& name) const { return (m_path / name).string(); }
 
  private:
+  TempDirectory m_dir;
   std::filesystem::path m_path;
 };
 
@@ -62,13 +52,8 @@ class CScopedEnvironment {
   std::optional<std::string> m_oPrevious;
 };
 
-inline void WriteBytes(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-}
+inline void WriteBytes(const std::string& path, const std::string& bytes) { TestSupport::WriteWholeFile(path, bytes); }
 
-inline std::string ReadBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
+inline std::string ReadBytes(const std::string& path) { return TestSupport::ReadWholeFile(path); }
 
 }  // namespace FoundationTest

@@ -1,11 +1,13 @@
+// report_Fixtures: the records and files of the report tests.
 #include "report_Fixtures.h"
 
-#include <gtest/gtest.h>
-
+#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
+
+#include "GoldenFile.h"
+#include "ShellCommand.h"
+#include "WholeFile.h"
 
 namespace ReportTest {
 
@@ -127,12 +129,7 @@ SData MakeEmptyReport() {
   return data;
 }
 
-std::string ReadBytes(const CString& path) {
-  std::ifstream in(path.ToUtf8(), std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
-}
+std::string ReadBytes(const CString& path) { return TestSupport::ReadWholeFile(path.ToUtf8()); }
 
 std::vector<std::string> SplitLines(const std::string& text) {
   std::vector<std::string> lines;
@@ -148,25 +145,15 @@ std::size_t CountOf(const std::string& text, const std::string& needle) {
 }
 
 void ExpectGoldenBytes(const std::string& name, const std::string& actual) {
-  const std::string path = std::string(ZO_SOURCE_DIR) + "/tests/report/golden/" + name;
-  const char* update = std::getenv("ZO_UPDATE_GOLDEN");
-  if (update && std::string(update) == "1") {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << actual;
-    return;
-  }
-  const std::string expected = ReadBytes(CString::FromUtf8(path));
-  ASSERT_FALSE(expected.empty()) << path << " is missing (ZO_UPDATE_GOLDEN=1 writes it)";
-  EXPECT_TRUE(expected == actual) << path << " differs (ZO_UPDATE_GOLDEN=1 rewrites it; review the diff)";
+  TestSupport::ExpectGoldenFile("report/golden/" + name, actual);
 }
 
 int RunXmllint(const std::string& arguments, std::string& messages) {
-  const std::string log = (std::filesystem::temp_directory_path() /
-                           ("zo-report-xmllint-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                            "-" + std::to_string(std::rand()) + ".log"))
-                              .string();
-  const int status = std::system(("xmllint --noout " + arguments + " >'" + log + "' 2>&1").c_str());
-  messages = ReadBytes(CString::FromUtf8(log));
-  std::filesystem::remove(log);
+  const std::string log = TestSupport::ScratchFilePath("zo-report-xmllint-", ".log");
+  const int status =
+      std::system(("xmllint --noout " + arguments + " >" + TestSupport::ShellQuote(log) + " 2>&1").c_str());
+  messages = TestSupport::ReadWholeFile(log);
+  std::remove(log.c_str());
   return status;
 }
 

@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "UnitTestRecords.h"
+
 namespace RunTestClasses {
 
 std::vector<std::string>& DebugLog() {
@@ -16,11 +18,7 @@ std::vector<std::string>& RecreateLog() {
 }
 
 TestSuite::SUnitTest MakeClass(const wchar_t* name, std::initializer_list<const wchar_t*> cases) {
-  TestSuite::SUnitTest unitTest;
-  unitTest.Name = name;
-  unitTest.DataDir = L"/nonexistent/";
-  for (const wchar_t* c : cases) unitTest.Cases.Add(TestSuite::SUnitTest::SCase{CString(c), {}});
-  return unitTest;
+  return TestSupport::MakeClass(name, L"/nonexistent/", cases);
 }
 
 // Keeps an allocation away from the optimiser.

@@ -1,6 +1,7 @@
-// IsolationCli: a run of a front end (a private copy, see
-// isolation_PrivateFrontEnd.h) in the background, with its output captured,
-// so that a test can watch it and interrupt it like a user at the console.
+// IsolationCli: a run of a front end (the build's own or a private copy,
+// see isolation_PrivateFrontEnd.h) in the background, with its output
+// captured, so that a test can watch it and interrupt it like a user at the
+// console.
 #pragma once
 
 #include <string>
@@ -13,9 +14,11 @@ namespace CliTest {
 
 class CCliProcess {
  public:
-  // Starts `program` with `arguments`; standard output and error go to
-  // files, standard input is /dev/null.
-  CCliProcess(const std::string& program, const std::vector<std::string>& arguments);
+  // Starts `program` with `arguments` in `workingDirectory` (empty: this
+  // process's); standard output and error go to files, standard input is
+  // /dev/null. `environment` holds "NAME=value" entries for the child only.
+  CCliProcess(const std::string& program, const std::vector<std::string>& arguments,
+              const std::string& workingDirectory = "", const std::vector<std::string>& environment = {});
   // Kills the front end if it still runs and removes the files.
   ~CCliProcess();
   CCliProcess(const CCliProcess&) = delete;

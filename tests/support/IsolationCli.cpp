@@ -1,52 +1,31 @@
+// IsolationCli: a front end run in the background and watched.
 #include "IsolationCli.h"
 
 #include <chrono>
 #include <cstdio>
 #include <thread>
 
-#include "foundation/ZoFileSystem.h"
-#include "foundation/ZoUniqueId.h"
+#include "ShellCommand.h"
 
 namespace CliTest {
 
 namespace Process = ZoPlatform::Process;
 
-namespace {
-
-std::string quoted(const std::string& word) {
-  std::string text(1, '\'');
-  for (char c : word) {
-    if (c == '\'') text.append("'\\''");
-    else text.push_back(c);
-  }
-  text.push_back('\'');
-  return text;
-}
-
-void appendWord(std::string& command, const std::string& word) {
-  command.push_back(' ');
-  command.append(quoted(word));
-}
-
-std::string scratchFile(const char* suffix) {
-  return ZoFileSystem::GetDirectory(ZoFileSystem::eTemporary).ToUtf8() + "zo-isolation-cli-" +
-         ZoUniqueIdT<CString>::GetUniqueID().ToUtf8() + suffix;
-}
-
-}  // namespace
-
-CCliProcess::CCliProcess(const std::string& program, const std::vector<std::string>& arguments)
-    : m_sOut(scratchFile(".out")), m_sErr(scratchFile(".err")) {
-  // The shell only redirects and then becomes the front end (exec), so the
-  // child's id is the front end's.
+CCliProcess::CCliProcess(const std::string& program, const std::vector<std::string>& arguments,
+                         const std::string& workingDirectory, const std::vector<std::string>& environment)
+    : m_sOut(TestSupport::ScratchFilePath("zo-cli-", ".out")), m_sErr(TestSupport::ScratchFilePath("zo-cli-", ".err")) {
+  // The shell only redirects and then becomes the front end (exec, and env
+  // execs too), so the child's id is the front end's.
   std::string command("exec");
-  appendWord(command, program);
-  for (const std::string& argument : arguments) appendWord(command, argument);
+  if (!environment.empty()) command.append(" env");
+  for (const std::string& entry : environment) TestSupport::AppendShellWord(command, entry);
+  TestSupport::AppendShellWord(command, program);
+  for (const std::string& argument : arguments) TestSupport::AppendShellWord(command, argument);
   command.append(" </dev/null >");
-  command.append(quoted(m_sOut));
+  command.append(TestSupport::ShellQuote(m_sOut));
   command.append(" 2>");
-  command.append(quoted(m_sErr));
-  if (m_child.Start({{"/bin/sh", "-c", command}, "", Process::EStandardStreams::eInherit}))
+  command.append(TestSupport::ShellQuote(m_sErr));
+  if (m_child.Start({{"/bin/sh", "-c", command}, workingDirectory, Process::EStandardStreams::eInherit}))
     m_uiId = static_cast<unsigned int>(m_child.GetId());
 }
 

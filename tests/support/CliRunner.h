@@ -1,9 +1,10 @@
 // CliRunner: runs the real ZoTestSuiteCLI as a process and gives back its
 // exit status and what it printed; plus the normalisation and the golden
-// files that its console text is compared with.
+// files of tests/e2e/golden that its console text is compared with.
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace CliTest {
@@ -25,14 +26,12 @@ std::string CliPath();
 SCliResult RunCli(const std::vector<std::string>& arguments, const std::string& workingDirectory = "",
                   unsigned int timeoutSeconds = 120, const std::vector<std::string>& environment = {});
 
-// Replaces what changes from run to run: times in brackets ("[12.30ms]"
-// becomes "[TIME]"), the run time of the summary, each of `paths` by its
-// name ("<DATA>"), process tags "[P3]" stay (they are deterministic).
+// The console text without what changes from run to run, each of `paths`
+// replaced by its name ("<DATA>"); see TestSupport::NormalizeRunText.
 std::string Normalize(std::string text, const std::vector<std::pair<std::string, std::string>>& paths = {});
 
-// Compares `actual` with tests/e2e/golden/<name>. With ZO_UPDATE_GOLDEN=1 in
-// the environment the golden file is written instead; the change is then
-// reviewed in the diff.
+// Compares `actual` with tests/e2e/golden/<name>; ZO_UPDATE_GOLDEN=1 in the
+// environment rewrites the file instead.
 void ExpectGolden(const std::string& name, const std::string& actual);
 
 // Reads a whole file; empty if it cannot be read.
