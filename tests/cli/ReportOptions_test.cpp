@@ -3,7 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <string>
+#include <vector>
+
 #include "CommandLine.h"
+#include "TempDirectory.h"
 
 using namespace TestSuite;
 using namespace TestSuite::CLI;
@@ -56,10 +61,39 @@ TEST(ReportOptions, JUnitNeedsAFileAndTheLimitANumber) {
   EXPECT_THROW(parse({"--message-report-max", "many"}), CUsageError);
 }
 
+// Makes a scratch directory the working directory while it lives, so that
+// a file written under a relative name, or none, shows there.
+class CScratchWorkingDirectory {
+ public:
+  CScratchWorkingDirectory() : m_previous(std::filesystem::current_path()) {
+    std::filesystem::current_path(m_dir.Path().ToUtf8());
+  }
+  ~CScratchWorkingDirectory() {
+    std::error_code ignored;
+    std::filesystem::current_path(m_previous, ignored);
+  }
+  std::vector<std::string> Entries() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(m_dir.Path().ToUtf8()))
+      names.push_back(entry.path().filename().string());
+    return names;
+  }
+
+ private:
+  TempDirectory m_dir;
+  std::filesystem::path m_previous;
+};
+
+TEST(ReportOptions, JUnitFileWithTheOption) {
+  const CScratchWorkingDirectory directory;
+  WriteJUnitReportOfRun(parse({"--junit", "junit.xml"}), Run::SResult());
+  EXPECT_EQ(directory.Entries(), std::vector<std::string>{"junit.xml"});
+}
+
 TEST(ReportOptions, NoJUnitFileWithoutTheOption) {
-  SSetup setup = parse({});
-  Run::SResult result;
-  EXPECT_NO_THROW(WriteJUnitReportOfRun(setup, result));
+  const CScratchWorkingDirectory directory;
+  WriteJUnitReportOfRun(parse({}), Run::SResult());
+  EXPECT_TRUE(directory.Entries().empty());
 }
 
 }  // namespace
