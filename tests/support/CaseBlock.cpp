@@ -6,17 +6,24 @@
 
 namespace TestSupport {
 
-std::unique_ptr<TestSuite::SWorkBlock> RunCaseThroughBlock(const CString& className, const CString& caseName,
-                                                           const TestSuite::SRunOptions& options,
-                                                           const CString& dataDir) {
+std::unique_ptr<TestSuite::SWorkBlock> MakeCaseBlock(const CString& className, const CString& caseName,
+                                                     const TestSuite::SRunOptions& options, const CString& dataDir,
+                                                     std::uint64_t runDate) {
   using TestSuite::SWorkBlock;
   auto block = std::make_unique<SWorkBlock>();
   TestSuite::ResetWorkBlock(*block);
   TestSuite::StoreBlockText(block->sClassName, SWorkBlock::sc_uiTextUnits, className);
   TestSuite::StoreBlockText(block->sCaseName, SWorkBlock::sc_uiTextUnits, caseName);
   TestSuite::StoreBlockText(block->sDataDir, SWorkBlock::sc_uiTextUnits, dataDir);
-  block->uiRunDate = XbDateTime::Now().GetValue();
+  block->uiRunDate = runDate;
   TestSuite::StoreRunOptions(*block, options);
+  return block;
+}
+
+std::unique_ptr<TestSuite::SWorkBlock> RunCaseThroughBlock(const CString& className, const CString& caseName,
+                                                           const TestSuite::SRunOptions& options,
+                                                           const CString& dataDir) {
+  auto block = MakeCaseBlock(className, caseName, options, dataDir, XbDateTime::Now().GetValue());
   TestSuite::RunCaseInBlock(*block);
   return block;
 }

@@ -3,6 +3,7 @@
 // what the block says afterwards.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "ZoTestSuite.h"
@@ -10,9 +11,15 @@
 
 namespace TestSupport {
 
-// Writes the case `caseName` of the class `className` in `dataDir`, with
-// `options`, into a fresh block, runs it with RunCaseInBlock and gives the
-// block back (it is too large for the stack).
+// A fresh block (too large for the stack) that describes the case
+// `caseName` of the class `className` in `dataDir`, with `options`, run on
+// `runDate`.
+std::unique_ptr<TestSuite::SWorkBlock> MakeCaseBlock(const CString& className, const CString& caseName,
+                                                     const TestSuite::SRunOptions& options, const CString& dataDir,
+                                                     std::uint64_t runDate);
+
+// Runs the case that MakeCaseBlock describes, run today, with RunCaseInBlock
+// and gives the block back.
 std::unique_ptr<TestSuite::SWorkBlock> RunCaseThroughBlock(const CString& className, const CString& caseName,
                                                            const TestSuite::SRunOptions& options = {},
                                                            const CString& dataDir = L"/nonexistent/");
