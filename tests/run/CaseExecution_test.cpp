@@ -44,7 +44,7 @@ TEST(CaseExecution, MapsEveryTestResult) {
   }
 }
 
-TEST(CaseExecution, ExceptionsOfAnyTypeGiveResult2AndKeepTheOutput) {
+TEST(CaseExecution, ExceptionsOfAnyTypeGiveCaseExceptionAndKeepTheOutput) {
   const SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szThrows, {L"throws", L"throwsInt"});
   for (unsigned int i = 0; i < 2; ++i) {
     const SCaseResult row = runOne(unitTest, i);
@@ -54,7 +54,7 @@ TEST(CaseExecution, ExceptionsOfAnyTypeGiveResult2AndKeepTheOutput) {
   }
 }
 
-TEST(CaseExecution, UnknownClassOrCaseGivesResult6) {
+TEST(CaseExecution, UnknownClassOrCaseGivesCaseNotFound) {
   EXPECT_EQ(runOne(RunTestClasses::MakeClass(L"NoSuchClassAnywhere", {L"x"}), 0).eResult, Run::eCaseNotFound);
   const SCaseResult gone = runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szResults, {L"gone"}), 0);
   EXPECT_EQ(gone.eResult, Run::eCaseNotFound);

@@ -78,7 +78,7 @@ TEST_F(ExternalModes, ExternalModeKeepsOneChildForTheCasesOfAContext) {
   EXPECT_TRUE(context.child->IsAlive());
 }
 
-TEST_F(ExternalModes, ExitInTheChildGivesResult5AndTheNextCaseANewChild) {
+TEST_F(ExternalModes, ExitInTheChildGivesCaseUnknownAndTheNextCaseANewChild) {
   const SUnitTest crash = RunTestClasses::MakeClass(L"IsoCrash", {L"exit0"});
   const SUnitTest pass = RunTestClasses::MakeClass(L"IsoPass", {L"a"});
   SRunOptions options = externalOptions();

@@ -49,7 +49,7 @@ class ExternalExecution : public IsolationTestClasses::CIsolationTest {};
 
 // The parent's supervision, with stand-ins for the child.
 
-TEST_F(ExternalExecution, WithoutAChildTheRowKeepsResult5AndNoProcessIndex) {
+TEST_F(ExternalExecution, WithoutAChildTheRowStaysCaseUnknownWithNoProcessIndex) {
   SCaseContext context;
   SCaseResult row;
   RunCaseInChild(context, sc_uiNoLimit, Run::SCallbacks(), row);
@@ -126,7 +126,7 @@ TEST_F(ExternalExecution, AnAnswerWithinTheLastSecondOfTheLimitPasses) {
   EXPECT_TRUE(context.child->IsAlive());
 }
 
-TEST_F(ExternalExecution, ACancelKillsTheChildAndGivesResult7) {
+TEST_F(ExternalExecution, ACancelKillsTheChildAndGivesCaseCanceled) {
   SCaseContext context;
   CFakeClock clock;
   context.pClock = &clock;
@@ -147,7 +147,7 @@ TEST_F(ExternalExecution, ACancelKillsTheChildAndGivesResult7) {
 // A process's exit status is a byte here, and whether a child still runs is
 // asked of the system, never read from the status: 259 is no special value,
 // and a child that ended with it is found to have ended at the first look.
-TEST_F(ExternalExecution, AChildThatEndedWithStatus259HasEndedAndLeavesResult5) {
+TEST_F(ExternalExecution, AChildThatEndedWithStatus259HasEndedAndLeavesCaseUnknown) {
   SCaseContext context;
   CFakeClock clock;
   context.pClock = &clock;

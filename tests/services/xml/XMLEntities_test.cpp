@@ -57,7 +57,7 @@ TEST(XMLEntities, UnknownOrMalformedEntitiesAreErrors) {
   EXPECT_EQ(decode("&amp;&nbsp;"), "error@5");
 }
 
-TEST(XMLEntities, UnknownNameGivesError14InTextAndAttribute) {
+TEST(XMLEntities, UnknownNameGivesUnknownCharacterEntityInTextAndAttribute) {
   XMLResults results;
   EXPECT_TRUE(XMLNode::parseString("<a>&copy;</a>", nullptr, &results).isEmpty());
   EXPECT_EQ(results.error, eXMLErrorUnknownCharacterEntity);

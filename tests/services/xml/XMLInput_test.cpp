@@ -82,7 +82,7 @@ TEST(XMLInput, ErrorPositionsOfAWideFileCountInTheConvertedText) {
   EXPECT_EQ(results.nColumn, 2);
 }
 
-TEST(XMLInput, FailedConversionIsError15) {
+TEST(XMLInput, FailedConversionIsCharConversionError) {
   TempDirectory dir;
   std::string bytes = utf16("<a>x", false, true);
   bytes += std::string("\x00\xD8", 2);  // a high surrogate without its partner

@@ -153,7 +153,7 @@ TEST(XMLNode, ParentKeptAliveByAHandleStaysReachable) {
   EXPECT_EQ(child.getParentNode().getChildCount(), 1);
 }
 
-TEST(XMLNode, ParseStringWithoutTextIsError11) {
+TEST(XMLNode, ParseStringWithoutTextIsNoXMLTagFound) {
   XMLResults results;
   results.nLine = 7;
   const XMLNode node = XMLNode::parseString(nullptr, nullptr, &results);
@@ -163,7 +163,7 @@ TEST(XMLNode, ParseStringWithoutTextIsError11) {
   EXPECT_EQ(results.nColumn, 0);
 }
 
-TEST(XMLNode, ParseStringOfEmptyTextIsError2) {
+TEST(XMLNode, ParseStringOfEmptyTextIsEmpty) {
   XMLResults results;
   EXPECT_TRUE(XMLNode::parseString("", "a", &results).isEmpty());
   EXPECT_EQ(results.error, eXMLErrorEmpty);
@@ -189,7 +189,7 @@ TEST(XMLNode, ResultsAreClearedBeforeAParse) {
   EXPECT_EQ(results.nColumn, 0);
 }
 
-TEST(XMLNode, ParseFileOfZeroBytesIsError2) {
+TEST(XMLNode, ParseFileOfZeroBytesIsEmpty) {
   TempDirectory dir;
   TempDirectory::WriteBytes(dir / L"empty.xml", "");
   XMLResults results;
@@ -199,7 +199,7 @@ TEST(XMLNode, ParseFileOfZeroBytesIsError2) {
   EXPECT_EQ(results.nColumn, 0);
 }
 
-TEST(XMLNode, ParseFileOfMissingFileIsError12) {
+TEST(XMLNode, ParseFileOfMissingFileIsCannotOpenWriteFile) {
   TempDirectory dir;
   XMLResults results;
   EXPECT_TRUE(XMLNode::parseFile(dir / L"missing.xml", nullptr, &results).isEmpty());

@@ -75,7 +75,7 @@ TEST(XMLParser, DeclarationDropsTrailingQuestionMarks) {
   EXPECT_EQ(str(parse("<a v=1.0?/>").node.getAttribute("v")), "1.0?");  // elements keep it
 }
 
-TEST(XMLParser, FirstTagMissingIsError13WithoutPosition) {
+TEST(XMLParser, FirstTagMissingIsFirstTagNotFoundWithoutPosition) {
   expectError("<?xml version=\"1.0\"?>\n<a><b/></a>", eXMLErrorFirstTagNotFound, 0, 0, "b");
   expectError("<a>\n<b>text</a>", eXMLErrorFirstTagNotFound, 0, 0, "c");  // error 1 becomes 13
 }
@@ -189,7 +189,7 @@ TEST(XMLParser, UnclosedElementsStillAllowLaterSiblings) {
   EXPECT_EQ(str(outcome.node.getChildNode("c").getText(0)), "1");
 }
 
-TEST(XMLParser, Error1AtEndOfInputIsBehindTheLastCompleteTag) {
+TEST(XMLParser, MissingEndTagAtEndOfInputIsBehindTheLastCompleteTag) {
   expectError("<a>\n <b/>\n text", eXMLErrorMissingEndTag, 2, 6);
   expectError("<a x='1'", eXMLErrorMissingEndTag, 1, 1);
   const SOutcome outcome = parse("<a>\n <b/>\n text");
@@ -201,29 +201,29 @@ TEST(XMLParser, OpenDeclarationAtEndOfInputIsNoError) {
   EXPECT_EQ(parse("<?xml version='1.0'?>").results.error, eXMLErrorNone);
 }
 
-TEST(XMLParser, Error4TagWithoutName) {
+TEST(XMLParser, MissingTagNameForATagWithoutName) {
   expectError("<a>\n  <>\n</a>", eXMLErrorMissingTagName, 2, 4);
   expectError("<a><", eXMLErrorMissingTagName, 1, 5);
   expectError("<a><?=x?>", eXMLErrorMissingTagName, 1, 6);
 }
 
-TEST(XMLParser, Error5CloseTagWithoutNameOrEnd) {
+TEST(XMLParser, MissingEndTagNameForACloseTagWithoutNameOrEnd) {
   expectError("<a></>", eXMLErrorMissingEndTagName, 1, 6);
   expectError("<a>\n</a b>", eXMLErrorMissingEndTagName, 2, 5);
   expectError("<a></a", eXMLErrorMissingEndTagName, 1, 7);
 }
 
-TEST(XMLParser, Error7CloseTagWithoutOpenElement) {
+TEST(XMLParser, UnmatchedEndTagForACloseTagWithoutOpenElement) {
   expectError("<a/>\n</b>", eXMLErrorUnmatchedEndTag, 2, 1);
   expectError("<a>\n  <b></c>", eXMLErrorUnmatchedEndTag, 2, 6);  // passes b and a, then the root
 }
 
-TEST(XMLParser, Error8ClearWithoutClosing) {
+TEST(XMLParser, UnmatchedEndClearTagForAClearWithoutClosing) {
   expectError("<a>\n <!-- open\n</a>", eXMLErrorUnmatchedEndClearTag, 2, 2);
   expectError("<![CDATA[x]>", eXMLErrorUnmatchedEndClearTag, 1, 1);
 }
 
-TEST(XMLParser, Error9UnexpectedTokenInATag) {
+TEST(XMLParser, UnexpectedTokenInATag) {
   expectError("<a b=>", eXMLErrorUnexpectedToken, 1, 6);
   expectError("<a\n \"x\">", eXMLErrorUnexpectedToken, 2, 2);
   expectError("<a b <c>", eXMLErrorUnexpectedToken, 1, 6);
@@ -231,7 +231,7 @@ TEST(XMLParser, Error9UnexpectedTokenInATag) {
   expectError("<a b=<!-- x -->>", eXMLErrorUnexpectedToken, 1, 6);
 }
 
-TEST(XMLParser, Error14UnknownEntityInTextOrAttribute) {
+TEST(XMLParser, UnknownCharacterEntityInTextOrAttribute) {
   expectError("<a>\n x &bogus; y</a>", eXMLErrorUnknownCharacterEntity, 2, 4);
   expectError("<a v=\"&zz;\"/>", eXMLErrorUnknownCharacterEntity, 1, 7);
   expectError("<a v=x&#65/>", eXMLErrorUnknownCharacterEntity, 1, 7);  // without ";"
