@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "CliRunner.h"
+#include "ScriptedCases.h"
 #include "TempDirectory.h"
 
 using CliTest::RunCli;
@@ -18,9 +19,8 @@ namespace {
 // scratch directory, in which the front end is started with "-d data/".
 class FrontEndTest : public ::testing::Test {
  protected:
-  void MakeCases(const std::vector<std::pair<std::string, std::string>>& cases) {
-    m_root.MakeDirectory(L"data/CliScripted");
-    for (const auto& [name, script] : cases) m_root.WriteFile(CString::FromUtf8("data/CliScripted/" + name), script);
+  void MakeCases(std::initializer_list<std::pair<const char*, const char*>> cases) {
+    TestSupport::WriteScriptedClass(m_root, L"data/CliScripted", cases);
   }
   SCliResult Run(std::vector<std::string> arguments, const std::vector<std::string>& environment = {}) {
     arguments.insert(arguments.begin(), {"-d", "data/", "--dll", "cli_ScriptedClasses"});

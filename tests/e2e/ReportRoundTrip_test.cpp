@@ -11,7 +11,9 @@
 #include <map>
 
 #include "IsolationCli.h"
+#include "ScriptedCases.h"
 #include "TempDirectory.h"
+#include "Xmllint.h"
 #include "isolation_PrivateFrontEnd.h"
 #include "report/MarkupWriter.h"
 #include "report/XmlReportLoader.h"
@@ -25,22 +27,16 @@ namespace {
 // (every subtest ends its process) and IsoSlow, whose one case sleeps for a
 // minute and is cancelled by Ctrl-C, last.
 void makeTree(const TempDirectory& root) {
-  root.MakeDirectory(L"data");
-  root.MakeDirectory(L"data/CliScripted");
-  root.WriteFile(L"data/CliScripted/a_pass.case", "pass");
-  root.WriteFile(L"data/CliScripted/b_fail.case", "fail");
-  root.WriteFile(L"data/CliScripted/c_throw.case", "throw");
-  root.WriteFile(L"data/CliScripted/d_info.case", "info Grüße <aus> dem & Test");
-  root.MakeDirectory(L"data/CliSecond");
-  root.WriteFile(L"data/CliSecond/e_leak.case", "leak 100");
-  root.WriteFile(L"data/CliSecond/f_different.case", "different");
+  TestSupport::WriteScriptedClass(root, L"data/CliScripted",
+                                  {{"a_pass.case", "pass"},
+                                   {"b_fail.case", "fail"},
+                                   {"c_throw.case", "throw"},
+                                   {"d_info.case", "info Grüße <aus> dem & Test"}});
+  TestSupport::WriteScriptedClass(root, L"data/CliSecond",
+                                  {{"e_leak.case", "leak 100"}, {"f_different.case", "different"}});
   root.MakeDirectory(L"data/IsoCrash");
   root.MakeDirectory(L"data/IsoSlow");
   root.MakeDirectory(L"out");
-}
-
-int runXmllint(const std::string& arguments, const std::string& log) {
-  return std::system(("xmllint --noout " + arguments + " >'" + log + "' 2>&1").c_str());
 }
 
 std::map<std::wstring, const Report::SCaseData*> byName(const Report::SData& data) {
@@ -73,7 +69,8 @@ void checkCancelledInItsLastCaseAndWroteTheReports(const SRoundTripRun& run) {
   EXPECT_FALSE(run.result.bTimedOut);
   EXPECT_EQ(run.result.iExitCode, 1);
   EXPECT_NE(run.result.sStdout.find("vom Benutzer abgebrochen"), std::string::npos) << run.result.sStdout;
-  EXPECT_EQ(runXmllint("'" + run.sOut + "run.xml'", run.sOut + "lint"), 0) << CliTest::ReadText(run.sOut + "lint");
+  std::string messages;
+  EXPECT_EQ(TestSupport::CheckWellFormed(run.sOut + "run.xml", messages), 0) << messages;
 }
 
 void checkXmlReportLoadsBackAsTheRunWas(const SRoundTripRun& run) {
@@ -132,9 +129,8 @@ void checkWrittenAgainFromTheLoadedRecordTheReportIsTheSame(const SRoundTripRun&
 
 void checkJUnitFileValidatesAndAgreesWithTheLoadedClasses(const SRoundTripRun& run) {
   const std::string junit = run.sOut + "junit.xml";
-  const std::string schema = ZO_SOURCE_DIR "/tests/report/data/junit-10.xsd";
-  EXPECT_EQ(runXmllint("--schema '" + schema + "' '" + junit + "'", run.sOut + "lint-junit"), 0)
-      << CliTest::ReadText(run.sOut + "lint-junit");
+  std::string messages;
+  EXPECT_EQ(TestSupport::ValidateJUnitFile(junit, messages), 0) << messages;
   Report::SData data;
   ASSERT_TRUE(Report::LoadReportDataFromXMLFile(CString::FromUtf8(run.sOut + "run.xml"), data));
   const std::string text = CliTest::ReadText(junit);

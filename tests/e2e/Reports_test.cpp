@@ -7,7 +7,9 @@
 #include <filesystem>
 
 #include "CliRunner.h"
+#include "ScriptedCases.h"
 #include "TempDirectory.h"
+#include "Xmllint.h"
 #include "report/XmlReportLoader.h"
 
 using namespace TestSuite;
@@ -17,14 +19,11 @@ namespace {
 // CliScripted with a passing, a failing and a talking case; CliSecond with
 // a leaking case and one that returns a value outside the results (UNKNOWN).
 void makeTree(const TempDirectory& root) {
-  root.MakeDirectory(L"data");
-  root.MakeDirectory(L"data/CliScripted");
-  root.WriteFile(L"data/CliScripted/a_pass.case", "pass");
-  root.WriteFile(L"data/CliScripted/b_fail.case", "fail");
-  root.WriteFile(L"data/CliScripted/c_info.case", "info Grüße <aus> dem Test");
-  root.MakeDirectory(L"data/CliSecond");
-  root.WriteFile(L"data/CliSecond/d_leak.case", "leak 100");
-  root.WriteFile(L"data/CliSecond/e_unknown.case", "result 8");
+  TestSupport::WriteScriptedClass(
+      root, L"data/CliScripted",
+      {{"a_pass.case", "pass"}, {"b_fail.case", "fail"}, {"c_info.case", "info Grüße <aus> dem Test"}});
+  TestSupport::WriteScriptedClass(root, L"data/CliSecond",
+                                  {{"d_leak.case", "leak 100"}, {"e_unknown.case", "result 8"}});
   root.MakeDirectory(L"out");
 }
 
@@ -108,9 +107,8 @@ TEST(Reports, JUnitFileValidatesAgainstTheSchema) {
   const SReports reports = runWithReports(root);
   const std::string junit = reports.sOut + "junit.xml";
   ASSERT_TRUE(std::filesystem::exists(junit));
-  const std::string schema = ZO_SOURCE_DIR "/tests/report/data/junit-10.xsd";
-  const std::string command = "xmllint --noout --schema '" + schema + "' '" + junit + "' 2>'" + reports.sOut + "lint'";
-  EXPECT_EQ(std::system(command.c_str()), 0) << CliTest::ReadText(reports.sOut + "lint");
+  std::string messages;
+  EXPECT_EQ(TestSupport::ValidateJUnitFile(junit, messages), 0) << messages;
   const std::string text = CliTest::ReadText(junit);
   EXPECT_NE(text.find("<testsuite name=\"CliScripted\" tests=\"3\" failures=\"1\" errors=\"0\""), std::string::npos);
   EXPECT_NE(text.find("<testsuite name=\"CliSecond\" tests=\"2\" failures=\"0\" errors=\"1\""), std::string::npos);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "CliRunner.h"
+#include "ScriptedCases.h"
 #include "TempDirectory.h"
 
 using CliTest::ExpectGolden;
@@ -15,16 +16,16 @@ namespace {
 // one passing case, data/CliVanishing whose second case disappears between
 // discovery and run, and a directory that is no class.
 void makeTree(const TempDirectory& root) {
-  root.MakeDirectory(L"data");
-  root.MakeDirectory(L"data/CliScripted");
-  const std::pair<const wchar_t*, const char*> cases[] = {
-      {L"a_pass.case", "pass"},           {L"b_fail.case", "fail"},           {L"c_throw.case", "throw"},
-      {L"d_dataerror.case", "dataerror"}, {L"e_different.case", "different"}, {L"f_result9.case", "result 9"},
-      {L"g_leak.case", "leak 100"},       {L"h_info.case", "info Grüße"}};
-  for (const auto& [name, script] : cases) root.WriteFile(CString(L"data/CliScripted/") + name, script);
-  root.MakeDirectory(L"data/group");
-  root.MakeDirectory(L"data/group/CliSecond");
-  root.WriteFile(L"data/group/CliSecond/x.case", "pass");
+  TestSupport::WriteScriptedClass(root, L"data/CliScripted",
+                                  {{"a_pass.case", "pass"},
+                                   {"b_fail.case", "fail"},
+                                   {"c_throw.case", "throw"},
+                                   {"d_dataerror.case", "dataerror"},
+                                   {"e_different.case", "different"},
+                                   {"f_result9.case", "result 9"},
+                                   {"g_leak.case", "leak 100"},
+                                   {"h_info.case", "info Grüße"}});
+  TestSupport::WriteScriptedClass(root, L"data/group/CliSecond", {{"x.case", "pass"}});
   root.MakeDirectory(L"data/CliVanishing");
   root.MakeDirectory(L"data/notes");
 }

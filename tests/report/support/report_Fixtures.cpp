@@ -1,12 +1,9 @@
 // report_Fixtures: the records and files of the report tests.
 #include "report_Fixtures.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <sstream>
 
 #include "GoldenFile.h"
-#include "ShellCommand.h"
 #include "WholeFile.h"
 
 namespace ReportTest {
@@ -146,15 +143,6 @@ std::size_t CountOf(const std::string& text, const std::string& needle) {
 
 void ExpectGoldenBytes(const std::string& name, const std::string& actual) {
   TestSupport::ExpectGoldenFile("report/golden/" + name, actual);
-}
-
-int RunXmllint(const std::string& arguments, std::string& messages) {
-  const std::string log = TestSupport::ScratchFilePath("zo-report-xmllint-", ".log");
-  const int status =
-      std::system(("xmllint --noout " + arguments + " >" + TestSupport::ShellQuote(log) + " 2>&1").c_str());
-  messages = TestSupport::ReadWholeFile(log);
-  std::remove(log.c_str());
-  return status;
 }
 
 }  // namespace ReportTest

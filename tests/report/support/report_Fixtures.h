@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "Xmllint.h"
 #include "report/ReportData.h"
 
 namespace ReportTest {
@@ -38,8 +39,7 @@ std::size_t CountOf(const std::string& text, const std::string& needle);
 // ZO_UPDATE_GOLDEN=1 in the environment the golden file is written instead.
 void ExpectGoldenBytes(const std::string& name, const std::string& actual);
 
-// Runs xmllint --noout with `arguments`; its exit code, and its messages
-// into `messages`.
-int RunXmllint(const std::string& arguments, std::string& messages);
+using TestSupport::RunXmllint;
+using TestSupport::ValidateJUnitFile;
 
 }  // namespace ReportTest
