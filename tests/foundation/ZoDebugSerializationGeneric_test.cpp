@@ -8,9 +8,13 @@
 
 namespace {
 
+// Every test starts and ends without directories: a case run on this
+// thread before leaves its own directory set.
 class ZoDebugSerializationGenericTest : public ::testing::Test {
  protected:
-  void TearDown() override {
+  void SetUp() override { clear(); }
+  void TearDown() override { clear(); }
+  static void clear() {
     ZoDebugSerializationGeneric::SetThreadLocalOutputDirectory(CString());
     ZoDebugSerializationGeneric::SetDefaultOutputDirectory(CString());
   }

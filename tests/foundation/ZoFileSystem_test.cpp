@@ -12,24 +12,19 @@
 using FoundationTest::CScopedEnvironment;
 using FoundationTest::CScratchDirectory;
 using FoundationTest::ReadBytes;
+using FoundationTest::Wide;
 using FoundationTest::WriteBytes;
-
-namespace {
-
-CString wide(const std::string& utf8) { return CString::FromUtf8(utf8); }
-
-}  // namespace
 
 TEST(ZoFileSystem, TemporaryDirectoryIsTmpdirElseTmp) {
   const CScratchDirectory dir;
   {
     const CScopedEnvironment tmp("TMPDIR", dir / "");  // ends in '/'
-    EXPECT_EQ(ZoFileSystem::GetDirectory(ZoFileSystem::eTemporary), wide(dir / ""));
+    EXPECT_EQ(ZoFileSystem::GetDirectory(ZoFileSystem::eTemporary), Wide(dir / ""));
   }
   {
     const CScopedEnvironment tmp("TMPDIR", dir.Path().string());  // no '/' at the end
-    EXPECT_EQ(ZoFileSystem::GetDirectory(0), wide(dir / ""));
-    EXPECT_EQ(ZoFileSystem::GetDirectory(16), wide(dir / "ZoTestSuiteDebug/"));
+    EXPECT_EQ(ZoFileSystem::GetDirectory(0), Wide(dir / ""));
+    EXPECT_EQ(ZoFileSystem::GetDirectory(16), Wide(dir / "ZoTestSuiteDebug/"));
   }
   {
     const CScopedEnvironment tmp("TMPDIR", std::nullopt);
@@ -45,17 +40,17 @@ TEST(ZoFileSystem, DocumentsDirectoryFallsBackToDocumentsInHomeThenHome) {
   const CScopedEnvironment homeVar("HOME", home.Path().string());
   {
     const CScopedEnvironment xdg("XDG_DOCUMENTS_DIR", home / "papers");
-    EXPECT_EQ(ZoFileSystem::GetDirectory(ZoFileSystem::eDocuments), wide(home / "papers/"));
+    EXPECT_EQ(ZoFileSystem::GetDirectory(ZoFileSystem::eDocuments), Wide(home / "papers/"));
   }
   const CScopedEnvironment xdg("XDG_DOCUMENTS_DIR", std::nullopt);
-  EXPECT_EQ(ZoFileSystem::GetDirectory(5), wide(home / ""));  // no Documents yet
+  EXPECT_EQ(ZoFileSystem::GetDirectory(5), Wide(home / ""));  // no Documents yet
   WriteBytes(home / "Documents", "a file is not a directory");
-  EXPECT_EQ(ZoFileSystem::GetDirectory(5), wide(home / ""));
+  EXPECT_EQ(ZoFileSystem::GetDirectory(5), Wide(home / ""));
   std::filesystem::remove(home / "Documents");
   std::filesystem::create_directory(home / "Documents");
-  EXPECT_EQ(ZoFileSystem::GetDirectory(5), wide(home / "Documents/"));
+  EXPECT_EQ(ZoFileSystem::GetDirectory(5), Wide(home / "Documents/"));
   const CScopedEnvironment homeWithSlash("HOME", home / "");
-  EXPECT_EQ(ZoFileSystem::GetDirectory(5), wide(home / "Documents/"));
+  EXPECT_EQ(ZoFileSystem::GetDirectory(5), Wide(home / "Documents/"));
 }
 
 TEST(ZoFileSystem, LocalAppDataIsXdgDataHomeElseLocalShare) {
@@ -63,10 +58,10 @@ TEST(ZoFileSystem, LocalAppDataIsXdgDataHomeElseLocalShare) {
   const CScopedEnvironment homeVar("HOME", home.Path().string());
   {
     const CScopedEnvironment xdg("XDG_DATA_HOME", home / "data");
-    EXPECT_EQ(ZoFileSystem::GetDirectory(ZoFileSystem::eLocalAppData), wide(home / "data/"));
+    EXPECT_EQ(ZoFileSystem::GetDirectory(ZoFileSystem::eLocalAppData), Wide(home / "data/"));
   }
   const CScopedEnvironment xdg("XDG_DATA_HOME", std::nullopt);
-  EXPECT_EQ(ZoFileSystem::GetDirectory(6), wide(home / ".local/share/"));
+  EXPECT_EQ(ZoFileSystem::GetDirectory(6), Wide(home / ".local/share/"));
 }
 
 TEST(ZoFileSystem, ExecutableDirectoryHoldsThisProgram) {
@@ -124,76 +119,76 @@ TEST(ZoFileSystem, SplitPathKeepsTheSeparatorOnTheDirectory) {
 TEST(ZoFileSystem, ExistsAndIsDirectory) {
   const CScratchDirectory dir;
   WriteBytes(dir / "file", "x");
-  EXPECT_TRUE(ZoFileSystem::Exists(wide(dir / "file")));
-  EXPECT_FALSE(ZoFileSystem::IsDirectory(wide(dir / "file")));
-  EXPECT_TRUE(ZoFileSystem::Exists(wide(dir / "")));
-  EXPECT_TRUE(ZoFileSystem::IsDirectory(wide(dir / "")));
-  EXPECT_TRUE(ZoFileSystem::IsDirectory(wide(dir.Path().string())));
-  EXPECT_FALSE(ZoFileSystem::Exists(wide(dir / "missing")));
-  EXPECT_FALSE(ZoFileSystem::IsDirectory(wide(dir / "missing")));
+  EXPECT_TRUE(ZoFileSystem::Exists(Wide(dir / "file")));
+  EXPECT_FALSE(ZoFileSystem::IsDirectory(Wide(dir / "file")));
+  EXPECT_TRUE(ZoFileSystem::Exists(Wide(dir / "")));
+  EXPECT_TRUE(ZoFileSystem::IsDirectory(Wide(dir / "")));
+  EXPECT_TRUE(ZoFileSystem::IsDirectory(Wide(dir.Path().string())));
+  EXPECT_FALSE(ZoFileSystem::Exists(Wide(dir / "missing")));
+  EXPECT_FALSE(ZoFileSystem::IsDirectory(Wide(dir / "missing")));
   EXPECT_FALSE(ZoFileSystem::Exists(CString()));
 }
 
 TEST(ZoFileSystem, NonAsciiNamesReachTheSystemAsUtf8) {
   const CScratchDirectory dir;
-  const CString path = wide(dir / "") + L"\u00E4\u20AC \U0001F600.txt";
+  const CString path = Wide(dir / "") + L"\u00E4\u20AC \U0001F600.txt";
   WriteBytes(path.ToUtf8(), "abc");
   EXPECT_TRUE(std::filesystem::exists(dir / "\xC3\xA4\xE2\x82\xAC \xF0\x9F\x98\x80.txt"));
   EXPECT_TRUE(ZoFileSystem::Exists(path));
   EXPECT_EQ(ZoFileSystem::GetFileSize(path), 3);
-  const auto entries = ZoFileSystem::ListDirectory(wide(dir / ""));
+  const auto entries = ZoFileSystem::ListDirectory(Wide(dir / ""));
   ASSERT_EQ(entries.GetCount(), 1u);
   EXPECT_EQ(entries[0].sName, CString(L"\u00E4\u20AC \U0001F600.txt"));
 }
 
 TEST(ZoFileSystem, CreateDirectoryMakesOneLevel) {
   const CScratchDirectory dir;
-  EXPECT_TRUE(ZoFileSystem::CreateDirectoryW(wide(dir / "new")));
-  EXPECT_TRUE(ZoFileSystem::IsDirectory(wide(dir / "new")));
-  EXPECT_FALSE(ZoFileSystem::CreateDirectoryW(wide(dir / "new")));  // exists already
-  EXPECT_TRUE(ZoFileSystem::CreateDirectoryW(wide(dir / "slash/")));
-  EXPECT_FALSE(ZoFileSystem::CreateDirectoryW(wide(dir / "a/b")));  // no parent
-  EXPECT_FALSE(ZoFileSystem::Exists(wide(dir / "a")));
+  EXPECT_TRUE(ZoFileSystem::CreateDirectoryW(Wide(dir / "new")));
+  EXPECT_TRUE(ZoFileSystem::IsDirectory(Wide(dir / "new")));
+  EXPECT_FALSE(ZoFileSystem::CreateDirectoryW(Wide(dir / "new")));  // exists already
+  EXPECT_TRUE(ZoFileSystem::CreateDirectoryW(Wide(dir / "slash/")));
+  EXPECT_FALSE(ZoFileSystem::CreateDirectoryW(Wide(dir / "a/b")));  // no parent
+  EXPECT_FALSE(ZoFileSystem::Exists(Wide(dir / "a")));
 }
 
 TEST(ZoFileSystem, DeleteFileRemovesFilesOnly) {
   const CScratchDirectory dir;
   WriteBytes(dir / "file", "x");
-  EXPECT_TRUE(ZoFileSystem::DeleteFileW(wide(dir / "file")));
-  EXPECT_FALSE(ZoFileSystem::Exists(wide(dir / "file")));
-  EXPECT_FALSE(ZoFileSystem::DeleteFile(wide(dir / "file")));
+  EXPECT_TRUE(ZoFileSystem::DeleteFileW(Wide(dir / "file")));
+  EXPECT_FALSE(ZoFileSystem::Exists(Wide(dir / "file")));
+  EXPECT_FALSE(ZoFileSystem::DeleteFile(Wide(dir / "file")));
   std::filesystem::create_directory(dir / "sub");
-  EXPECT_FALSE(ZoFileSystem::DeleteFile(wide(dir / "sub")));
-  EXPECT_TRUE(ZoFileSystem::IsDirectory(wide(dir / "sub")));
+  EXPECT_FALSE(ZoFileSystem::DeleteFile(Wide(dir / "sub")));
+  EXPECT_TRUE(ZoFileSystem::IsDirectory(Wide(dir / "sub")));
 }
 
 TEST(ZoFileSystem, CopyFileHonoursFailIfExists) {
   const CScratchDirectory dir;
   const std::string bytes("bin\0ary\xFF", 8);
   WriteBytes(dir / "from", bytes);
-  EXPECT_TRUE(ZoFileSystem::CopyFileW(wide(dir / "from"), wide(dir / "to"), true));
+  EXPECT_TRUE(ZoFileSystem::CopyFileW(Wide(dir / "from"), Wide(dir / "to"), true));
   EXPECT_EQ(ReadBytes(dir / "to"), bytes);
   WriteBytes(dir / "to", "older and longer content");
-  EXPECT_FALSE(ZoFileSystem::CopyFileW(wide(dir / "from"), wide(dir / "to"), true));
+  EXPECT_FALSE(ZoFileSystem::CopyFileW(Wide(dir / "from"), Wide(dir / "to"), true));
   EXPECT_EQ(ReadBytes(dir / "to"), "older and longer content");
-  EXPECT_TRUE(ZoFileSystem::CopyFileW(wide(dir / "from"), wide(dir / "to"), false));
+  EXPECT_TRUE(ZoFileSystem::CopyFileW(Wide(dir / "from"), Wide(dir / "to"), false));
   EXPECT_EQ(ReadBytes(dir / "to"), bytes);
   WriteBytes(dir / "empty", "");
-  EXPECT_TRUE(ZoFileSystem::CopyFileW(wide(dir / "empty"), wide(dir / "to"), false));
+  EXPECT_TRUE(ZoFileSystem::CopyFileW(Wide(dir / "empty"), Wide(dir / "to"), false));
   EXPECT_EQ(ReadBytes(dir / "to"), "");
 }
 
 TEST(ZoFileSystem, CopyFileFailures) {
   const CScratchDirectory dir;
   WriteBytes(dir / "from", "keep");
-  EXPECT_FALSE(ZoFileSystem::CopyFileW(wide(dir / "missing"), wide(dir / "to"), false));
-  EXPECT_FALSE(ZoFileSystem::Exists(wide(dir / "to")));
-  EXPECT_FALSE(ZoFileSystem::CopyFileW(wide(dir / "from"), wide(dir / "no/to"), false));
-  EXPECT_FALSE(ZoFileSystem::CopyFileW(wide(dir / "from"), wide(dir / "from"), false));  // onto itself
+  EXPECT_FALSE(ZoFileSystem::CopyFileW(Wide(dir / "missing"), Wide(dir / "to"), false));
+  EXPECT_FALSE(ZoFileSystem::Exists(Wide(dir / "to")));
+  EXPECT_FALSE(ZoFileSystem::CopyFileW(Wide(dir / "from"), Wide(dir / "no/to"), false));
+  EXPECT_FALSE(ZoFileSystem::CopyFileW(Wide(dir / "from"), Wide(dir / "from"), false));  // onto itself
   EXPECT_EQ(ReadBytes(dir / "from"), "keep");
   std::filesystem::create_directory(dir / "sub");
-  EXPECT_FALSE(ZoFileSystem::CopyFileW(wide(dir / "sub"), wide(dir / "to"), false));
-  EXPECT_FALSE(ZoFileSystem::CopyFileW(wide(dir / "from"), wide(dir / "sub"), false));
+  EXPECT_FALSE(ZoFileSystem::CopyFileW(Wide(dir / "sub"), Wide(dir / "to"), false));
+  EXPECT_FALSE(ZoFileSystem::CopyFileW(Wide(dir / "from"), Wide(dir / "sub"), false));
 }
 
 TEST(ZoFileSystem, GetFileSizeAndReadFile) {
@@ -201,22 +196,22 @@ TEST(ZoFileSystem, GetFileSizeAndReadFile) {
   const std::string bytes("a\0\r\n\xE4", 5);
   WriteBytes(dir / "file", bytes);
   WriteBytes(dir / "empty", "");
-  EXPECT_EQ(ZoFileSystem::GetFileSize(wide(dir / "file")), 5);
-  EXPECT_EQ(ZoFileSystem::GetFileSize(wide(dir / "empty")), 0);
-  EXPECT_EQ(ZoFileSystem::GetFileSize(wide(dir / "missing")), -1);
-  EXPECT_EQ(ZoFileSystem::GetFileSize(wide(dir / "")), -1);
+  EXPECT_EQ(ZoFileSystem::GetFileSize(Wide(dir / "file")), 5);
+  EXPECT_EQ(ZoFileSystem::GetFileSize(Wide(dir / "empty")), 0);
+  EXPECT_EQ(ZoFileSystem::GetFileSize(Wide(dir / "missing")), -1);
+  EXPECT_EQ(ZoFileSystem::GetFileSize(Wide(dir / "")), -1);
   std::string read = "stale";
-  EXPECT_TRUE(ZoFileSystem::ReadFile(wide(dir / "file"), read));
+  EXPECT_TRUE(ZoFileSystem::ReadFile(Wide(dir / "file"), read));
   EXPECT_EQ(read, bytes);
-  EXPECT_TRUE(ZoFileSystem::ReadFile(wide(dir / "empty"), read));
+  EXPECT_TRUE(ZoFileSystem::ReadFile(Wide(dir / "empty"), read));
   EXPECT_EQ(read, "");
   read = "stale";
-  EXPECT_FALSE(ZoFileSystem::ReadFile(wide(dir / "missing"), read));
+  EXPECT_FALSE(ZoFileSystem::ReadFile(Wide(dir / "missing"), read));
   EXPECT_EQ(read, "");
-  EXPECT_FALSE(ZoFileSystem::ReadFile(wide(dir / ""), read));
+  EXPECT_FALSE(ZoFileSystem::ReadFile(Wide(dir / ""), read));
   const std::string large(300000, 'z');  // several reads
   WriteBytes(dir / "large", large);
-  EXPECT_TRUE(ZoFileSystem::ReadFile(wide(dir / "large"), read));
+  EXPECT_TRUE(ZoFileSystem::ReadFile(Wide(dir / "large"), read));
   EXPECT_EQ(read, large);
 }
 
@@ -226,16 +221,16 @@ TEST(ZoFileSystem, CreationTimeIsNotTheModificationTime) {
   WriteBytes(dir / "file", "x");
   const auto after = XbDateTime::Now().GetValue();
   const std::uint64_t slack = 2'000'000;  // file times follow a coarse clock
-  const auto created = ZoFileSystem::GetCreationTime(wide(dir / "file"));
+  const auto created = ZoFileSystem::GetCreationTime(Wide(dir / "file"));
   EXPECT_GE(created + slack, before);
   EXPECT_LE(created, after + slack);
-  EXPECT_EQ(ZoFileSystem::GetCreationTime(wide(dir / "missing")), 0u);
+  EXPECT_EQ(ZoFileSystem::GetCreationTime(Wide(dir / "missing")), 0u);
 
   // Move the modification time a day back: a file system that keeps the
   // birth time still gives the creation; one that does not gives the change.
   const auto day = std::chrono::hours(24);
   std::filesystem::last_write_time(dir / "file", std::filesystem::last_write_time(dir / "file") - day);
-  const auto later = ZoFileSystem::GetCreationTime(wide(dir / "file"));
+  const auto later = ZoFileSystem::GetCreationTime(Wide(dir / "file"));
   const auto dayMicros = static_cast<std::uint64_t>(std::chrono::microseconds(day).count());
   EXPECT_TRUE(later == created || later + dayMicros == created) << later << " " << created;
 }
@@ -246,7 +241,7 @@ TEST(ZoFileSystem, ListDirectoryGivesNamesAndKinds) {
   WriteBytes(dir / "a.txt", "");
   std::filesystem::create_directory(dir / "sub");
   std::filesystem::create_directory_symlink(dir / "sub", dir / "link");
-  auto entries = ZoFileSystem::ListDirectory(wide(dir / ""));
+  auto entries = ZoFileSystem::ListDirectory(Wide(dir / ""));
   std::sort(entries.begin(), entries.end(), [](const auto& x, const auto& y) { return x.sName < y.sName; });
   ASSERT_EQ(entries.GetCount(), 4u);  // no "." or ".."
   EXPECT_EQ(entries[0].sName, CString(L"a.txt"));
@@ -256,22 +251,22 @@ TEST(ZoFileSystem, ListDirectoryGivesNamesAndKinds) {
   EXPECT_TRUE(entries[2].bDirectory);  // a link counts as what it points to
   EXPECT_EQ(entries[3].sName, CString(L"sub"));
   EXPECT_TRUE(entries[3].bDirectory);
-  EXPECT_EQ(ZoFileSystem::ListDirectory(wide(dir.Path().string())).GetCount(), 4u);
-  EXPECT_TRUE(ZoFileSystem::ListDirectory(wide(dir / "sub")).IsEmpty());
-  EXPECT_TRUE(ZoFileSystem::ListDirectory(wide(dir / "missing")).IsEmpty());
-  EXPECT_TRUE(ZoFileSystem::ListDirectory(wide(dir / "a.txt")).IsEmpty());
+  EXPECT_EQ(ZoFileSystem::ListDirectory(Wide(dir.Path().string())).GetCount(), 4u);
+  EXPECT_TRUE(ZoFileSystem::ListDirectory(Wide(dir / "sub")).IsEmpty());
+  EXPECT_TRUE(ZoFileSystem::ListDirectory(Wide(dir / "missing")).IsEmpty());
+  EXPECT_TRUE(ZoFileSystem::ListDirectory(Wide(dir / "a.txt")).IsEmpty());
 }
 
 TEST(ZoFileSystem, CurrentDirectoryCanBeSetAndRead) {
   const CScratchDirectory dir;
   const CString previous = ZoFileSystem::GetCurrentDirectoryW();
   ASSERT_FALSE(previous.IsEmpty());
-  ASSERT_TRUE(ZoFileSystem::SetCurrentDirectoryW(wide(dir / "")));
+  ASSERT_TRUE(ZoFileSystem::SetCurrentDirectoryW(Wide(dir / "")));
   const CString now = ZoFileSystem::GetCurrentDirectoryW();
   EXPECT_TRUE(ZoFileSystem::SetCurrentDirectoryW(previous));
   EXPECT_TRUE(std::filesystem::equivalent(now.ToUtf8(), dir.Path()));
   EXPECT_EQ(ZoFileSystem::GetCurrentDirectoryW(), previous);
-  EXPECT_FALSE(ZoFileSystem::SetCurrentDirectoryW(wide(dir / "missing")));
+  EXPECT_FALSE(ZoFileSystem::SetCurrentDirectoryW(Wide(dir / "missing")));
   EXPECT_FALSE(ZoFileSystem::SetCurrentDirectoryW(CString()));
   EXPECT_EQ(ZoFileSystem::GetCurrentDirectoryW(), previous);
 }

@@ -10,18 +10,13 @@
 
 using FoundationTest::CScratchDirectory;
 using FoundationTest::ReadBytes;
+using FoundationTest::Wide;
 using FoundationTest::WriteBytes;
-
-namespace {
-
-CString wide(const std::string& utf8) { return CString::FromUtf8(utf8); }
-
-}  // namespace
 
 TEST(ZoStreamWriteASCIIFile, WritesEachCharacterAsOneIso88591Byte) {
   const CScratchDirectory dir;
   {
-    ZoStreamWriteASCIIFile file(wide(dir / "out.txt"));
+    ZoStreamWriteASCIIFile file(Wide(dir / "out.txt"));
     file << CString(L"a\u00E4\u00FF\u0100\u20AC\U0001F600\n") << L"\t\r\n";
   }
   EXPECT_EQ(ReadBytes(dir / "out.txt"), "a\xE4\xFF???\n\t\r\n");  // no line-end translation
@@ -30,7 +25,7 @@ TEST(ZoStreamWriteASCIIFile, WritesEachCharacterAsOneIso88591Byte) {
 TEST(ZoStreamWriteASCIIFile, ChainsTextsCharactersAndNumbers) {
   const CScratchDirectory dir;
   {
-    ZoStreamWriteASCIIFile file(wide(dir / "out.txt"), 0, 0, 0);
+    ZoStreamWriteASCIIFile file(Wide(dir / "out.txt"), 0, 0, 0);
     const wchar_t* none = nullptr;
     file << L"i=" << -5 << L' ' << 7u << L' ' << std::int64_t{-9'000'000'000} << L' '
          << std::uint64_t{18'000'000'000'000'000'000u} << L' ' << 1.5 << none << CString() << L"|";
@@ -45,25 +40,25 @@ TEST(ZoStreamWriteASCIIFile, ReplacesAnExistingFile) {
   const CScratchDirectory dir;
   WriteBytes(dir / "out.txt", "a much longer old content");
   {
-    ZoStreamWriteASCIIFile file(wide(dir / "out.txt"));
+    ZoStreamWriteASCIIFile file(Wide(dir / "out.txt"));
     file << L"new";
   }
   EXPECT_EQ(ReadBytes(dir / "out.txt"), "new");
-  { ZoStreamWriteASCIIFile file(wide(dir / "out.txt")); }
+  { ZoStreamWriteASCIIFile file(Wide(dir / "out.txt")); }
   EXPECT_TRUE(std::filesystem::exists(dir / "out.txt"));
   EXPECT_EQ(ReadBytes(dir / "out.txt"), "");  // made even when nothing is written
 }
 
 TEST(ZoStreamWriteASCIIFile, ThrowsWhenTheFileCannotBeMade) {
   const CScratchDirectory dir;
-  EXPECT_THROW(ZoStreamWriteASCIIFile{wide(dir / "missing/out.txt")}, XbException);
-  EXPECT_THROW(ZoStreamWriteASCIIFile{wide(dir / "")}, XbException);  // a directory
+  EXPECT_THROW(ZoStreamWriteASCIIFile{Wide(dir / "missing/out.txt")}, XbException);
+  EXPECT_THROW(ZoStreamWriteASCIIFile{Wide(dir / "")}, XbException);  // a directory
   EXPECT_THROW(ZoStreamWriteASCIIFile{CString()}, XbException);
 }
 
 TEST(ZoStreamWriteASCIIFile, CloseFlushesAndLaterWritesAreDropped) {
   const CScratchDirectory dir;
-  ZoStreamWriteASCIIFile file(wide(dir / "out.txt"));
+  ZoStreamWriteASCIIFile file(Wide(dir / "out.txt"));
   file << L"before";
   file.Close();
   EXPECT_EQ(ReadBytes(dir / "out.txt"), "before");
@@ -76,7 +71,7 @@ TEST(ZoStreamWriteASCIIFile, WritesMoreThanItsBufferHolds) {
   const CScratchDirectory dir;
   const CString chunk(L'\u00E9', 1000);
   {
-    ZoStreamWriteASCIIFile file(wide(dir / "big.txt"));
+    ZoStreamWriteASCIIFile file(Wide(dir / "big.txt"));
     for (int i = 0; i < 300; ++i) file << chunk;
   }
   EXPECT_EQ(ReadBytes(dir / "big.txt"), std::string(300'000, '\xE9'));
@@ -85,7 +80,7 @@ TEST(ZoStreamWriteASCIIFile, WritesMoreThanItsBufferHolds) {
 TEST(ZoStreamWriteASCIIFile, PathIsUtf8OnTheSystem) {
   const CScratchDirectory dir;
   {
-    ZoStreamWriteASCIIFile file(wide(dir / "") + L"\u00FC\u20AC.xml");
+    ZoStreamWriteASCIIFile file(Wide(dir / "") + L"\u00FC\u20AC.xml");
     file << L"x";
   }
   EXPECT_EQ(ReadBytes(dir / "\xC3\xBC\xE2\x82\xAC.xml"), "x");

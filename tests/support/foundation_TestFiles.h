@@ -1,6 +1,7 @@
 // foundation_TestFiles: a scratch directory that lives as long as a test,
-// and a scoped change of an environment variable, for the tests of the
-// foundation's file, stream and time classes.
+// a scoped change of an environment variable and the conversions of paths
+// and contents, for the tests of the foundation's file, stream and time
+// classes.
 #pragma once
 
 #include <cstdlib>
@@ -51,6 +52,9 @@ class CScopedEnvironment {
   std::string m_sName;
   std::optional<std::string> m_oPrevious;
 };
+
+// UTF-8 text, such as a path of std::filesystem, as the foundation's text.
+inline CString Wide(const std::string& utf8) { return CString::FromUtf8(utf8); }
 
 inline void WriteBytes(const std::string& path, const std::string& bytes) { TestSupport::WriteWholeFile(path, bytes); }
 
