@@ -1,6 +1,8 @@
 // The front end's dispatch, seen from outside: each mode of the command
 // line reaches its entry function with the data directory made absolute,
 // and the exit status tells how the run went.
+#include "FrontEnd.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -50,10 +52,10 @@ TEST_F(FrontEndTest, ARunWithAFailedCaseExitsOne) {
   EXPECT_NE(result.sStdout.find("\tb.case... FEHLER"), std::string::npos) << result.sStdout;
 }
 
-TEST_F(FrontEndTest, NothingFoundNamesTheAbsoluteDataDirectoryAndExitsZero) {
+TEST_F(FrontEndTest, NothingFoundNamesTheAbsoluteDataDirectoryAndExitsWithNoCases) {
   m_root.MakeDirectory(L"data");
   const SCliResult result = RunCli({"-d", "data//", "--dll", "cli_ScriptedClasses"}, Root());
-  EXPECT_EQ(result.iExitCode, 0);
+  EXPECT_EQ(result.iExitCode, TestSuite::CLI::sc_iExitNoCases);
   EXPECT_EQ(Normalize(result.sStdout), "Keine Testfälle gefunden in <ROOT>/data.\n");
 }
 

@@ -4,6 +4,8 @@
 
 #include "CliRunner.h"
 #include "IsolationCli.h"
+#include "ScriptedCases.h"
+#include "ShellCommand.h"
 #include "TempDirectory.h"
 
 namespace {
@@ -12,18 +14,17 @@ namespace {
 // pipe whose reading end is already closed, so that the first write fails
 // for certain, and writes the front end's exit status into `status`.
 std::string scriptWithClosedOutput(const std::string& directory, const std::string& arguments) {
-  return "cd '" + directory + "' || exit 1; mkfifo fifo || exit 1; (exec 3<fifo) & exec 4>fifo; wait $!; '" +
-         CliTest::CliPath() + "' " + arguments + " >&4 2>/dev/null; echo $? > status";
+  return "cd " + TestSupport::ShellQuote(directory) +
+         " || exit 1; mkfifo fifo || exit 1; (exec 3<fifo) & exec 4>fifo; wait $!; " +
+         TestSupport::ShellQuote(CliTest::CliPath()) + " " + arguments + " >&4 2>/dev/null; echo $? > status";
 }
 
 }  // namespace
 
 TEST(BrokenPipe, TheRunGoesOnAndWritesItsReport) {
   TempDirectory root;
-  root.MakeDirectory(L"data");
-  root.MakeDirectory(L"data/CliScripted");
-  for (const wchar_t* name : {L"a.case", L"b.case", L"c.case"})
-    root.WriteFile(CString(L"data/CliScripted/") + name, "pass");
+  TestSupport::WriteScriptedClass(root, L"data/CliScripted",
+                                  {{"a.case", "pass"}, {"b.case", "pass"}, {"c.case", "pass"}});
   const std::string directory = root.Path().ToUtf8();
   const auto result = CliTest::RunProgram(
       "/bin/bash", {"-c", scriptWithClosedOutput(directory, "-d data --dll cli_ScriptedClasses --xml report.xml")});
