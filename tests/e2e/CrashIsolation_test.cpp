@@ -14,8 +14,7 @@
 #include <thread>
 
 #include "IsolationCli.h"
-#include "foundation/ZoFileSystem.h"
-#include "foundation/ZoUniqueId.h"
+#include "TempDirectory.h"
 #include "isolation_PrivateFrontEnd.h"
 #include "services/platform/HeapHooks.h"
 
@@ -89,18 +88,16 @@ std::vector<std::size_t> floods(const std::string& text) {
 // A data tree of empty class directories: each class lists fixed subtests.
 class CDataTree {
  public:
-  explicit CDataTree(std::initializer_list<const char*> classes)
-      : m_sPath(ZoFileSystem::GetDirectory(ZoFileSystem::eTemporary).ToUtf8() + "zo-isolation-data-" +
-                ZoUniqueIdT<CString>::GetUniqueID().ToUtf8()) {
-    for (const char* name : classes) fs::create_directories(fs::path(m_sPath) / name);
+  explicit CDataTree(std::initializer_list<const char*> classes) {
+    for (const char* name : classes) m_dir.MakeDirectory(CString::FromUtf8(name));
+    m_sPath = m_dir.Path().ToUtf8();
+    m_sPath.pop_back();
   }
-  ~CDataTree() {
-    std::error_code error;
-    fs::remove_all(m_sPath, error);
-  }
+  // The root, without a closing '/'.
   const std::string& Path() const { return m_sPath; }
 
  private:
+  TempDirectory m_dir;
   std::string m_sPath;
 };
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "CliRunner.h"
-#include "foundation/ZoUniqueId.h"
+#include "TempDirectory.h"
 
 namespace {
 
@@ -22,12 +22,8 @@ const char* const c_sLeakLine =
 // at the end.
 class CExampleTree {
  public:
-  CExampleTree() : m_root(fs::temp_directory_path() / ("zo-example-" + ZoUniqueIdT<CString>::GetUniqueID().ToUtf8())) {
+  CExampleTree() : m_root(fs::path(m_dir.Path().ToUtf8()).parent_path()) {
     fs::copy(fs::path(ZO_SOURCE_DIR) / "examples/showcase/data", m_root, fs::copy_options::recursive);
-  }
-  ~CExampleTree() {
-    std::error_code ignored;
-    fs::remove_all(m_root, ignored);
   }
   CExampleTree(const CExampleTree&) = delete;
   CExampleTree& operator=(const CExampleTree&) = delete;
@@ -59,6 +55,7 @@ class CExampleTree {
     return count;
   }
 
+  TempDirectory m_dir;  // holds the copy, removed with it
   fs::path m_root;
 };
 

@@ -13,6 +13,7 @@
 #include "foundation/ZoTraceEventManager.h"
 #include "heap_TrackerTestKit.h"
 #include "run/CaseExecution.h"
+#include "run/RunClock.h"
 #include "services/Utils.h"
 
 using namespace TestSuite;
@@ -60,7 +61,7 @@ std::unique_ptr<SWorkBlock> usedBlock(const CString& className, const CString& c
 
 TEST(RunCaseInBlock, AnUnknownClassLeavesOnlyNotFoundInAUsedBlock) {
   auto block = usedBlock(L"NoSuchClassAnywhere", L"x");
-  RunCaseInBlock(*block);
+  RunCaseInBlock(*block, SystemRunClock());
   EXPECT_EQ(block->eResult, Run::eCaseNotFound);
   EXPECT_EQ(block->uiOutputLength, 0u);
   EXPECT_EQ(BlockOutput(*block), CString());
@@ -78,7 +79,7 @@ TEST(RunCaseInBlock, AnUnknownCaseOfAKnownClassIsNotFound) {
 
 TEST(RunCaseInBlock, TheOutputOfTheCaseReplacesWhatTheBlockHeld) {
   auto block = usedBlock(RunTestClasses::sc_szResults, L"r1");
-  RunCaseInBlock(*block);
+  RunCaseInBlock(*block, SystemRunClock());
   EXPECT_EQ(block->eResult, Run::eCaseOk);
   EXPECT_EQ(BlockOutput(*block), CString(L"INFO:  subtest 1\n"));
   EXPECT_EQ(block->iMemoryDelta, 0);  // the heap is not tracked
@@ -87,7 +88,7 @@ TEST(RunCaseInBlock, TheOutputOfTheCaseReplacesWhatTheBlockHeld) {
 TEST(RunCaseInBlock, TheCaseWritesItsDebugOutputIntoADirectoryOfItsOwn) {
   const std::uint64_t runDate = XbDateTime::Now().GetValue();
   auto block = TestSupport::MakeCaseBlock(L"RcbObserver", L"look", SRunOptions(), L"/nonexistent/", runDate);
-  RunCaseInBlock(*block);
+  RunCaseInBlock(*block, SystemRunClock());
   EXPECT_EQ(block->eResult, Run::eCaseOk);
   EXPECT_EQ(seenOutputDirectory(), Utils::MakeCaseOutputDirectory(L"RcbObserver", L"look", XbDateTime(runDate), 0, 1));
 }

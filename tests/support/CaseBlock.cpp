@@ -3,6 +3,7 @@
 
 #include "foundation/XbDateTime.h"
 #include "run/CaseExecution.h"
+#include "run/RunClock.h"
 
 namespace TestSupport {
 
@@ -24,7 +25,7 @@ std::unique_ptr<TestSuite::SWorkBlock> RunCaseThroughBlock(const CString& classN
                                                            const TestSuite::SRunOptions& options,
                                                            const CString& dataDir) {
   auto block = MakeCaseBlock(className, caseName, options, dataDir, XbDateTime::Now().GetValue());
-  TestSuite::RunCaseInBlock(*block);
+  TestSuite::RunCaseInBlock(*block, TestSuite::SystemRunClock());
   return block;
 }
 

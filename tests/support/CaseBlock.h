@@ -19,7 +19,7 @@ std::unique_ptr<TestSuite::SWorkBlock> MakeCaseBlock(const CString& className, c
                                                      std::uint64_t runDate);
 
 // Runs the case that MakeCaseBlock describes, run today, with RunCaseInBlock
-// and gives the block back.
+// on the system's clock and gives the block back.
 std::unique_ptr<TestSuite::SWorkBlock> RunCaseThroughBlock(const CString& className, const CString& caseName,
                                                            const TestSuite::SRunOptions& options = {},
                                                            const CString& dataDir = L"/nonexistent/");
