@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "TempDirectory.h"
+#include "UnitTestRecords.h"
 #include "discovery_Warnings.h"
 #include "services_COutRecorder.h"
 
@@ -23,11 +24,7 @@ class ExtraInfoTest : public ::testing::Test {
  protected:
   // A record in the making, as the scan has it when the file is read.
   SUnitTest Record(std::initializer_list<const wchar_t*> caseNames, const wchar_t* className = L"Klasse") {
-    SUnitTest unitTest;
-    unitTest.Name = className;
-    unitTest.DataDir = m_dir.Path();
-    for (const wchar_t* name : caseNames) unitTest.Cases.Emplace().Name = name;
-    return unitTest;
+    return TestSupport::MakeClass(className, m_dir.Path(), caseNames);
   }
   void WriteFile(const std::string& xml) { m_dir.WriteFile(L"#ExtraInfo.xml", xml); }
   // Writes `xml` as the file and reads it into `unitTest`.

@@ -6,6 +6,7 @@
 
 #include <filesystem>
 
+#include "UnitTestRecords.h"
 #include "services_COutRecorder.h"
 #include "tools_DuplicateTree.h"
 
@@ -20,10 +21,7 @@ class DuplicateSetsTest : public ::testing::Test {
   void SetUp() override { ASSERT_EQ(LoadDuplicateTestClasses(), ""); }
 
   TestSuite::SUnitTest Class(const wchar_t* name) const {
-    TestSuite::SUnitTest unitTest;
-    unitTest.Name = name;
-    unitTest.DataDir = m_tree.Path() + name + L"/";
-    return unitTest;
+    return TestSupport::MakeClass(name, m_tree.Path() + name + L"/", {});
   }
   // Writes the files of a class in the order given.
   void Files(const wchar_t* className, std::initializer_list<std::pair<const wchar_t*, std::string>> files) const {
