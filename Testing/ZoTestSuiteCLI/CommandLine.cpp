@@ -1,3 +1,4 @@
+// The command line of ZoTestSuiteCLI, parsed into the setup and the front end's own choices.
 #include "CommandLine.h"
 
 #include <CLI/CLI.hpp>

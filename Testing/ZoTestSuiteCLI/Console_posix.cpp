@@ -1,3 +1,4 @@
+// The console of the front end: terminal facts and the handling of Ctrl-C and the other stop signals.
 #include <signal.h>
 #include <sys/ioctl.h>
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// The front end's work after parsing: output set-up, one environment, one entry function, the exit status.
 #include "FrontEnd.h"
 
 #include <cstdio>

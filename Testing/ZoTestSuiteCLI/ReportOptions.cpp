@@ -1,3 +1,4 @@
+// ReportOptions: the options of the report files, parsed into the setup.
 #include "ReportOptions.h"
 
 #include <CLI/CLI.hpp>

@@ -1,3 +1,4 @@
+// CTerminalSink: coloured output and the live status line on a terminal.
 #include "TerminalSink.h"
 
 #include <fmt/format.h>

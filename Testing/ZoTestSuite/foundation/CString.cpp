@@ -1,3 +1,4 @@
+// CString: conversions between the wide text and UTF-8, Latin-1 and UTF-16, and its comparisons.
 #include "CString.h"
 
 #include <algorithm>

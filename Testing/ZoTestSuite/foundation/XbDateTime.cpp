@@ -1,3 +1,4 @@
+// XbDateTime: the clock reading, the calendar fields and the format operation of a point in time.
 #include "XbDateTime.h"
 
 #include <chrono>

@@ -1,3 +1,4 @@
+// ZoAssertDialog: the process-wide switch of the assertion macro and what a failed assertion does.
 #include "ZoAssertDialog.h"
 
 #include <atomic>

@@ -1,3 +1,4 @@
+// ZoDebugSerializationGeneric: the per-thread directory where test code writes its debug output.
 #include "ZoDebugSerializationGeneric.h"
 
 #include "XbCriticalSection.h"

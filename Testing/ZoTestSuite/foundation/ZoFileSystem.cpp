@@ -1,3 +1,4 @@
+// ZoFileSystem: the foundation's file-system operations over the platform's file calls.
 #include "ZoFileSystem.h"
 
 #include <optional>

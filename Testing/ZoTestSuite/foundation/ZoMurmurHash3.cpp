@@ -1,3 +1,4 @@
+// ZoMurmurHash3: the 128-bit x64 form of the MurmurHash3 checksum.
 #include "ZoMurmurHash3.h"
 
 #include <bit>

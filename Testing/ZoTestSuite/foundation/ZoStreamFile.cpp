@@ -1,3 +1,4 @@
+// ZoStreamFile: the 8-bit file stream and the line reader over 8-bit text.
 #include "ZoStreamFile.h"
 
 #include <fstream>

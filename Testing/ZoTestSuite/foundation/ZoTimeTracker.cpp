@@ -1,3 +1,4 @@
+// ZoTimeTracker: the named, accumulated timings of test code.
 #include "ZoTimeTracker.h"
 
 #include <cwchar>

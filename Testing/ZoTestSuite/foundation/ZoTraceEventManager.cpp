@@ -1,3 +1,4 @@
+// ZoTraceEventManager: the process-wide recorder of trace events.
 #include "ZoTraceEventManager.h"
 
 #include "XbDateTime.h"

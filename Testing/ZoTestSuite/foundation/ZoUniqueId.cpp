@@ -1,3 +1,4 @@
+// ZoUniqueIdT: the texts unique among the processes of the machine.
 #include "ZoUniqueId.h"
 
 #include <atomic>

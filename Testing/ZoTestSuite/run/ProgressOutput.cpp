@@ -1,3 +1,4 @@
+// Progress and summary output: the case lines, the class headings and the summary of a run.
 #include "run/ProgressOutput.h"
 
 #include "services/COut.h"

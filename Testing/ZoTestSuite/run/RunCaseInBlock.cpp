@@ -37,8 +37,8 @@ void applyDebugOptions(ZoUnitTest& test, const SRunOptions& options) {
     if (debugging->SupportsOption(key)) debugging->SetOption(key, value);
 }
 
-// Steps 9 to 11: warm-up outside the measurement, then the subtest under
-// the clock and the tracker. Any exception of the language gives 2.
+// Warm-up outside the measurement, then the subtest under the clock and the
+// tracker. Any exception of the language gives eCaseException.
 Run::ECaseResult runMeasured(ZoUnitTest& test, const CString& caseName, const SRunOptions& options,
                              CHeapTracker& tracker, IRunClock& clock, double& seconds) {
   try {
@@ -57,7 +57,7 @@ Run::ECaseResult runMeasured(ZoUnitTest& test, const CString& caseName, const SR
   } catch (...) { return Run::eCaseException; }
 }
 
-// Step 16: the tracker's dump as info lines.
+// The tracker's dump as info lines.
 CString makeLeakDump(CHeapTracker& tracker) {
   XbStreamWriteASCIIStringT<CString> dumpStream;
   tracker.Dump(dumpStream);

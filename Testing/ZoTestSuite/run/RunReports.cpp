@@ -1,3 +1,4 @@
+// The report output of a run: the report record built from the run and written as XML and HTML.
 #include "run/RunReports.h"
 
 #include "report/DocumentOpener.h"

@@ -1,3 +1,4 @@
+// The work block: its texts in UTF-16 and the reset to a run's defaults.
 #include "run/WorkBlock.h"
 
 #include <cstring>

@@ -95,7 +95,7 @@ static_assert(sizeof(SWorkBlock) == 2103408);
 void StoreRunOptions(SWorkBlock& block, const SRunOptions& options);
 // Reads the block's option fields.
 SRunOptions LoadRunOptions(const SWorkBlock& block);
-// Resets the block to the run options' defaults with result 5 and no output.
+// Resets the block to the run options' defaults with the result eCaseUnknown and no output.
 void ResetWorkBlock(SWorkBlock& block);
 
 // Copies `text` as zero-terminated UTF-16 into `target` of `units` code

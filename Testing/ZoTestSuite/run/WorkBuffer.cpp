@@ -1,3 +1,4 @@
+// The heap work buffer and the view of a block that an access gives.
 #include "run/WorkBuffer.h"
 
 namespace TestSuite {

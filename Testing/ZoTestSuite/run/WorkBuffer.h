@@ -37,7 +37,7 @@ class IWorkBuffer {
 };
 
 // One block on the heap, zero-filled and then set to the run options'
-// defaults with result 5.
+// defaults with the result eCaseUnknown.
 class CHeapWorkBuffer : public IWorkBuffer {
  public:
   CHeapWorkBuffer();

@@ -1,3 +1,4 @@
+// CNamedEvent: the named auto-reset event over a named semaphore.
 #include "run/external/NamedEvent.h"
 
 #include "foundation/XbException.h"

@@ -1,3 +1,4 @@
+// CSharedMemoryWorkBuffer: the work block in named shared memory.
 #include "run/external/SharedMemoryWorkBuffer.h"
 
 #include "foundation/XbException.h"
