@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "ZoTestSuiteEnvironment.h"
@@ -10,6 +11,10 @@
 #include "ZoTestSuiteTree.h"
 
 namespace TestSuite {
+
+namespace Report {
+struct SData;
+}
 
 // What governs the execution of each case. This record, and only this one,
 // travels into the work block of every case.
@@ -104,5 +109,26 @@ void RunDuplicateDetection(const SSetup& setup, CEnvironment& environment);
 // empty data directory or a report that cannot be loaded (the loader
 // reports a broken file).
 void GenerateTimeSummary(const SSetup& setup, CEnvironment& environment);
+
+// The selection that lists exactly the cases of `report` that failed: every
+// result but OK and CANCELED. Each listed class and the selection itself
+// default to None. Never null.
+std::unique_ptr<CSelectionStore::SData> CreateSelectionOfFailedCasesFromReportData(const Report::SData& report);
+
+// Reads the XML report `setup.sSelectionSourceReport` and writes the
+// selection of its failed cases to `*setup.oXmlReport`: a report without
+// failures gives a file with an empty selection. Does nothing when the
+// report does not load (a file that does not parse is named by the loader,
+// a missing one silently) or when `oXmlReport` is absent or empty.
+void GenerateSelectionFileFromReport(const SSetup& setup);
+
+// Compares the two XML reports of `setup.diffInputs`, the base first, and
+// writes the selection of the cases of the second whose result differs, or
+// that the base lacks, to `setup.sDiffOutputPath`, or else to
+// "DiffSelection-[first][second].xml" beside the first report.
+// `oDiffFilterMode` keeps every changed case, only those that now fail, or
+// only those that now pass; without it nothing happens at all. Writes no
+// file when no case is listed.
+void GenerateDiffSelection(const SSetup& setup);
 
 }  // namespace TestSuite
