@@ -6,6 +6,7 @@
 #include "BuildInfo.h"
 #include "ReportOptions.h"
 #include "SelectionOptions.h"
+#include "SelectionToolOptions.h"
 #include "ToolOptions.h"
 #include "services/Utils.h"
 
@@ -140,6 +141,8 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   AddSelectionOptions(app, selectionOptions);
   SToolOptionValues toolOptions;
   AddToolOptions(app, toolOptions);
+  SSelectionToolValues selectionTools;
+  AddSelectionToolOptions(app, selectionTools);
   try {
     app.parse(argc, argv);
   } catch (const ::CLI::CallForHelp&) {
@@ -152,13 +155,16 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   ApplyReportOptions(app, reportOptions, commandLine.setup);
   ApplySelectionOptions(selectionOptions, commandLine.setup);
   const bool bToolMode = ApplyToolOptions(toolOptions, otherModeOption(selectionOptions, recreate), commandLine.setup);
+  const EMode selectionToolMode = ApplySelectionToolOptions(selectionTools, commandLine.setup);
   if (version) commandLine.eMode = EMode::Version;
   else if (!raw.sMemoryId.empty()) commandLine.eMode = EMode::Child;
   else if (bToolMode) commandLine.eMode = toolOptions.oDuplicates ? EMode::Duplicates : EMode::TimeSummary;
+  else if (selectionToolMode != EMode::Run) commandLine.eMode = selectionToolMode;
   else if (selectionOptions.bQuery) commandLine.eMode = EMode::Query;
   else if (selectionOptions.bListDisabled) commandLine.eMode = EMode::ListDisabled;
   else if (recreate) commandLine.eMode = EMode::Recreate;
-  if (commandLine.eMode != EMode::Version && commandLine.setup.sDataDir.IsEmpty())
+  if (commandLine.eMode != EMode::Version && !IsReportToolMode(commandLine.eMode) &&
+      commandLine.setup.sDataDir.IsEmpty())
     throw CUsageError("-d: the data directory is missing (ZoTestSuiteCLI -d DIR)");
   return commandLine;
 }

@@ -11,15 +11,18 @@
 namespace TestSuite::CLI {
 
 enum class EMode {
-  Run,           // a test run (the default)
-  Child,         // the child side of external execution
-  Recreate,      // renew reference data
-  Query,         // --query: list what would run
-  ListDisabled,  // --list-disabled: list the disabled cases
-  TimeSummary,   // --time-summary: the times of a report over the tree
-  Duplicates,    // --duplicates: data files with equal bytes
-  Help,          // --help was printed
-  Version,       // --version was printed
+  Run,              // a test run (the default)
+  Child,            // the child side of external execution
+  Recreate,         // renew reference data
+  Query,            // --query: list what would run
+  ListDisabled,     // --list-disabled: list the disabled cases
+  TimeSummary,      // --time-summary: the times of a report over the tree
+  Duplicates,       // --duplicates: data files with equal bytes
+  DiffSelection,    // --diff-selection: select the cases that changed between two reports
+  FailedSelection,  // --failed-selection: select the failed cases of a report
+  RerunFailed,      // --rerun-failed: run the failed cases of a report again
+  Help,             // --help was printed
+  Version,          // --version was printed
 };
 
 struct SCommandLine {

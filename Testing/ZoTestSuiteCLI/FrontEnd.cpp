@@ -8,6 +8,7 @@
 
 #include "Console.h"
 #include "ReportOptions.h"
+#include "SelectionToolOptions.h"
 #include "TerminalSink.h"
 #include "foundation/XbException.h"
 #include "services/COut.h"
@@ -106,6 +107,10 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
   switch (commandLine.eMode) {
     case EMode::Child: Run::RunExternalExecution(setup, env); return sc_iExitPassed;
     case EMode::Recreate: return recreate(setup, env);
+    case EMode::DiffSelection:
+    case EMode::FailedSelection: return RunSelectionTool(commandLine.eMode, setup);
+    case EMode::RerunFailed:
+      return RerunFailedCases(setup, [&env, sink](SSetup& rerun) { return runTests(rerun, env, sink); });
     case EMode::Query: RunQueryMode(setup, env); return sc_iExitPassed;
     case EMode::ListDisabled:
       // The listing loads only the configured libraries; those of --dll
@@ -148,8 +153,10 @@ bool isReadableDirectory(const CString& path) {
 
 int RunFrontEnd(SCommandLine& commandLine) {
   SSetup& setup = commandLine.setup;
-  if (commandLine.eMode != EMode::Child) setup.sDataDir = absoluteDataDir(setup.sDataDir);
-  if (commandLine.eMode != EMode::Child && !isReadableDirectory(setup.sDataDir)) {
+  // The report tools read reports only and need no data directory.
+  const bool bReadsData = commandLine.eMode != EMode::Child && !IsReportToolMode(commandLine.eMode);
+  if (bReadsData) setup.sDataDir = absoluteDataDir(setup.sDataDir);
+  if (bReadsData && !isReadableDirectory(setup.sDataDir)) {
     std::fprintf(stderr, "ZoTestSuiteCLI: -d: '%s' is no readable directory\nRun with --help for the options.\n",
                  setup.sDataDir.ToUtf8().c_str());
     return sc_iExitUsage;

@@ -1,0 +1,214 @@
+// SelectionToolOptions: parsing the report-to-selection options, and the
+// front end's side of those modes: checks before anything is written, the
+// messages about what was written, the exit status.
+#include "SelectionToolOptions.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+
+#include "FrontEnd.h"
+#include "foundation/ZoFileSystem.h"
+#include "foundation/ZoUniqueId.h"
+#include "report/ReportData.h"
+#include "report/XmlReportLoader.h"
+#include "services/COut.h"
+#include "tools/SelectionGenerators.h"
+
+namespace TestSuite::CLI {
+namespace {
+
+const char* const c_sGroup = "Selections from reports";  // the heading in --help
+
+SSetup::EDiffFilterMode filterMode(const std::string& word) {
+  if (word == "failed") return SSetup::eDiffOnlyFailed;
+  if (word == "successful") return SSetup::eDiffOnlySuccessful;
+  return SSetup::eDiffAll;
+}
+
+void checkCombinations(const SSelectionToolValues& values, const SSetup& setup) {
+  const int modes = (values.diffSelection.empty() ? 0 : 1) + (values.failedSelection.empty() ? 0 : 1) +
+                    (values.sRerunFailed.empty() ? 0 : 1);
+  if (modes > 1) throw CUsageError("--diff-selection, --failed-selection and --rerun-failed exclude each other");
+  if (!values.sRerunFailed.empty() && !setup.collectOptions.sSelectionFile.IsEmpty())
+    throw CUsageError("--rerun-failed and --select exclude each other");
+  if (!values.sRerunFailed.empty() && setup.collectOptions.eSelectionMode != 0)
+    throw CUsageError("--rerun-failed and --invert-selection exclude each other");
+}
+
+// Whether `output` names the same file as `input`, which it would replace.
+bool isSameFile(const CString& output, const CString& input) {
+  std::error_code error;
+  const auto a = std::filesystem::weakly_canonical(std::filesystem::path(output.ToUtf8()), error);
+  const auto b = std::filesystem::weakly_canonical(std::filesystem::path(input.ToUtf8()), error);
+  return !error && a == b;
+}
+
+// The front end's refusals of a file argument; true if `path` may be used.
+bool reportExists(const CString& path) {
+  if (ZoFileSystem::Exists(path)) return true;
+  COut::Write(L"Fehler: Datei %s existiert nicht.\n", path).Color(ZoColorRGBA::c_RED);
+  return false;
+}
+
+bool outputDirectoryExists(const CString& output) {
+  CString directory, name, extension;
+  ZoFileSystem::SplitPath(output, directory, name, extension);
+  if (directory.IsEmpty() || ZoFileSystem::IsDirectory(directory)) return true;
+  COut::Write(L"Fehler: Verzeichnis %s existiert nicht.\n", directory).Color(ZoColorRGBA::c_RED);
+  return false;
+}
+
+bool outputSparesInputs(const CString& output, const XbArray<CString>& inputs) {
+  for (const CString& input : inputs) {
+    if (!isSameFile(output, input)) continue;
+    COut::Write(L"Fehler: Die Auswahldatei %s würde eine Eingabe überschreiben.\n", output).Color(ZoColorRGBA::c_RED);
+    return false;
+  }
+  return true;
+}
+
+int reportOutcome(const SSelectionFileOutcome& outcome) {
+  if (!outcome.bLoaded) return sc_iExitUsage;
+  if (outcome.sPath.IsEmpty()) {
+    COut::Write(L"Keine geänderten Testfälle: keine Auswahldatei geschrieben.\n");
+    return sc_iExitPassed;
+  }
+  if (!ZoFileSystem::Exists(outcome.sPath)) {
+    COut::Write(L"Fehler: Auswahldatei %s konnte nicht geschrieben werden.\n", outcome.sPath).Color(ZoColorRGBA::c_RED);
+    return sc_iExitFailed;
+  }
+  COut::Write(L"Auswahldatei geschrieben: %s (Testfälle: %d)\n", outcome.sPath, outcome.uiCaseCount);
+  return sc_iExitPassed;
+}
+
+int runDiffSelection(const SSetup& setup) {
+  if (!setup.sDiffOutputPath.IsEmpty()) {
+    if (!outputDirectoryExists(setup.sDiffOutputPath)) return sc_iExitUsage;
+    if (!outputSparesInputs(setup.sDiffOutputPath, setup.diffInputs)) return sc_iExitUsage;
+  }
+  return reportOutcome(WriteDiffSelection(setup));
+}
+
+int runFailedSelection(const SSetup& setup) {
+  const CString& report = setup.sSelectionSourceReport;
+  const CString& output = *setup.oXmlReport;
+  if (!reportExists(report) || !outputDirectoryExists(output) || !outputSparesInputs(output, {report}))
+    return sc_iExitUsage;
+  const SSelectionFileOutcome outcome = WriteSelectionOfFailedCases(setup);
+  if (!outcome.bLoaded)
+    COut::Write(L"Fehler: Daten der Datei %s konnten nicht geladen werden.\n", report).Color(ZoColorRGBA::c_RED);
+  return reportOutcome(outcome);
+}
+
+// A selection file in the temporary directory, removed when it goes.
+class CTemporarySelection {
+ public:
+  explicit CTemporarySelection(const CSelectionStore::SData& data)
+      : m_sPath(ZoFileSystem::GetDirectory(ZoFileSystem::eTemporary) + L"ZoTestSuite-Rerun-" +
+                ZoUniqueIdT<CString>::GetUniqueID() + L".xml") {
+    CSelectionStore::Write(data, m_sPath);
+  }
+  ~CTemporarySelection() { ZoFileSystem::DeleteFile(m_sPath); }
+  CTemporarySelection(const CTemporarySelection&) = delete;
+  CTemporarySelection& operator=(const CTemporarySelection&) = delete;
+
+  const CString& Path() const { return m_sPath; }
+
+ private:
+  CString m_sPath;
+};
+
+unsigned int countCases(const CSelectionStore::SData& selection) {
+  unsigned int count = 0;
+  for (const auto& unitTest : selection.unitTests) count += unitTest.cases.GetCount();
+  return count;
+}
+
+void warnAboutOtherDataDirectory(const Report::SData& report, const SSetup& setup) {
+  if (report.DataDirectory.IsEmpty() || report.DataDirectory == setup.sDataDir) return;
+  COut::Write(L"Warnung: Der Report stammt aus dem Datenverzeichnis %s.\n", report.DataDirectory)
+      .Color(ZoColorRGBA::c_GOLDENROD);
+}
+
+}  // namespace
+
+void AddSelectionToolOptions(::CLI::App& app, SSelectionToolValues& values) {
+  app.add_option("--diff-selection", values.diffSelection,
+                 "Write a selection of the cases whose result changed from report A.xml to report B.xml")
+      ->expected(0, -1)
+      ->type_name("A.xml B.xml")
+      ->group(c_sGroup);
+  app.add_option("--diff-output", values.sDiffOutput,
+                 "Write the result of a diff mode to FILE (default: beside A.xml, named after both reports)")
+      ->type_name("FILE")
+      ->group(c_sGroup);
+  app.add_option("--diff-filter", values.sDiffFilter,
+                 "Which changed cases a diff keeps: all (default), failed (those that now fail) "
+                 "or successful (those that now pass)")
+      ->check(::CLI::IsMember({"all", "failed", "successful"}))
+      ->type_name("WORD")
+      ->group(c_sGroup);
+  app.add_option("--failed-selection", values.failedSelection,
+                 "Write a selection of the failed cases of REPORT.xml to OUT.xml")
+      ->expected(2)
+      ->type_name("REPORT.xml OUT.xml")
+      ->group(c_sGroup);
+  app.add_option("--rerun-failed", values.sRerunFailed,
+                 "Run exactly the cases that failed in REPORT.xml again (with -d and any run options)")
+      ->type_name("REPORT.xml")
+      ->group(c_sGroup);
+}
+
+EMode ApplySelectionToolOptions(const SSelectionToolValues& values, SSetup& setup) {
+  checkCombinations(values, setup);
+  setup.sDiffOutputPath = CString::FromUtf8(values.sDiffOutput);
+  if (!values.sDiffFilter.empty()) setup.oDiffFilterMode = filterMode(values.sDiffFilter);
+  if (!values.diffSelection.empty()) {
+    for (const std::string& input : values.diffSelection) setup.diffInputs.Add(CString::FromUtf8(input));
+    if (!setup.oDiffFilterMode) setup.oDiffFilterMode = SSetup::eDiffAll;
+    return EMode::DiffSelection;
+  }
+  if (values.failedSelection.size() == 2) {
+    setup.sSelectionSourceReport = CString::FromUtf8(values.failedSelection[0]);
+    setup.oXmlReport = CString::FromUtf8(values.failedSelection[1]);
+    return EMode::FailedSelection;
+  }
+  if (!values.sRerunFailed.empty()) {
+    setup.sSelectionSourceReport = CString::FromUtf8(values.sRerunFailed);
+    return EMode::RerunFailed;
+  }
+  return EMode::Run;
+}
+
+bool IsReportToolMode(EMode mode) { return mode == EMode::DiffSelection || mode == EMode::FailedSelection; }
+
+int RunSelectionTool(EMode mode, const SSetup& setup) {
+  return mode == EMode::DiffSelection ? runDiffSelection(setup) : runFailedSelection(setup);
+}
+
+int RerunFailedCases(SSetup& setup, const std::function<int(SSetup&)>& runTests) {
+  const CString report = setup.sSelectionSourceReport;
+  if (!reportExists(report)) return sc_iExitUsage;
+  Report::SData data;
+  if (!Report::LoadReportDataFromXMLFile(report, data)) {
+    COut::Write(L"Fehler: Daten der Datei %s konnten nicht geladen werden.\n", report).Color(ZoColorRGBA::c_RED);
+    return sc_iExitUsage;
+  }
+  const std::unique_ptr<CSelectionStore::SData> selection = CreateSelectionOfFailedCasesFromReportData(data);
+  const unsigned int uiCount = countCases(*selection);
+  if (uiCount == 0) {
+    COut::Write(L"Keine fehlgeschlagenen Testfälle in %s.\n", report).Color(ZoColorRGBA::c_GREEN);
+    return sc_iExitPassed;
+  }
+  warnAboutOtherDataDirectory(data, setup);
+  COut::Write(L"Fehlgeschlagene Testfälle aus %s: %d\n", report, uiCount);
+  const CTemporarySelection file(*selection);
+  if (!ZoFileSystem::Exists(file.Path())) {
+    COut::Write(L"Fehler: Auswahldatei %s konnte nicht geschrieben werden.\n", file.Path()).Color(ZoColorRGBA::c_RED);
+    return sc_iExitInternal;
+  }
+  setup.collectOptions.sSelectionFile = file.Path();
+  return runTests(setup);
+}
+
+}  // namespace TestSuite::CLI
