@@ -2,14 +2,17 @@
 // end. CliScripted and CliSecond list the "*.case" files of their data
 // directory; the first word of each file says what its case does:
 //   pass | fail | dataerror | different | throw | result N | leak N |
-//   output N (writes N characters of output) | info TEXT (one info line)
+//   output N (writes N characters of output) | info TEXT (one info line) |
+//   sleep N (passes after N seconds; with a time-out below N it is killed)
 // CliVanishing lists "stays", and "vanishes" only the first time a process
 // asks it, so that the case is gone between discovery and run.
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "WholeFile.h"
 #include "ZoUnitTest.h"
@@ -42,6 +45,7 @@ class CliScripted : public ZoUnitTestFileBased {
     if (verb == "leak") g_leak = std::malloc(static_cast<std::size_t>(std::atoll(argument.c_str())));
     if (verb == "output") *GetMessageStream() << CString(L'o', std::atoi(argument.c_str()));
     if (verb == "info") Info(L"%S", argument);
+    if (verb == "sleep") std::this_thread::sleep_for(std::chrono::seconds(std::atoi(argument.c_str())));
     return eSuccess;
   }
 };

@@ -1,5 +1,6 @@
 // cli_ParseWords: the command line of the front-end tests as a list of
-// words after "ZoTestSuiteCLI -d data", parsed, or its usage error.
+// words after "ZoTestSuiteCLI" (or after "ZoTestSuiteCLI -d data"), parsed,
+// or its usage error.
 #pragma once
 
 #include <string>
@@ -9,15 +10,22 @@
 
 namespace CliParse {
 
-inline TestSuite::CLI::SCommandLine ParseWithData(std::vector<const char*> words) {
-  words.insert(words.begin(), {"ZoTestSuiteCLI", "-d", "data"});
+inline TestSuite::CLI::SCommandLine Parse(std::vector<const char*> words) {
+  words.insert(words.begin(), "ZoTestSuiteCLI");
   return TestSuite::CLI::ParseCommandLine(static_cast<int>(words.size()), words.data());
 }
 
-// The usage error's text, empty if there is none.
-inline std::string UsageError(std::vector<const char*> words) {
+inline TestSuite::CLI::SCommandLine ParseWithData(std::vector<const char*> words) {
+  words.insert(words.begin(), {"-d", "data"});
+  return Parse(std::move(words));
+}
+
+// The usage error's text, empty if there is none; `withData` puts
+// "-d data" in front of the words.
+inline std::string UsageError(std::vector<const char*> words, bool withData = true) {
   try {
-    ParseWithData(std::move(words));
+    if (withData) ParseWithData(std::move(words));
+    else Parse(std::move(words));
   } catch (const TestSuite::CLI::CUsageError& error) { return error.what(); }
   return std::string();
 }
