@@ -29,6 +29,8 @@ void checkCombinations(const SSelectionToolValues& values, const SSetup& setup) 
   const int modes = (values.diffSelection.empty() ? 0 : 1) + (values.failedSelection.empty() ? 0 : 1) +
                     (values.sRerunFailed.empty() ? 0 : 1);
   if (modes > 1) throw CUsageError("--diff-selection, --failed-selection and --rerun-failed exclude each other");
+  if (values.failedSelection.size() == 1)
+    throw CUsageError("--failed-selection needs two files: the report to read and the selection file to write");
   if (!values.sRerunFailed.empty() && !setup.collectOptions.sSelectionFile.IsEmpty())
     throw CUsageError("--rerun-failed and --select exclude each other");
   if (!values.sRerunFailed.empty() && setup.collectOptions.eSelectionMode != 0)
@@ -150,7 +152,7 @@ void AddSelectionToolOptions(::CLI::App& app, SSelectionToolValues& values) {
       ->group(c_sGroup);
   app.add_option("--failed-selection", values.failedSelection,
                  "Write a selection of the failed cases of REPORT.xml to OUT.xml")
-      ->expected(2)
+      ->expected(1, 2)  // the count is checked when applied, with a message of its own
       ->type_name("REPORT.xml OUT.xml")
       ->group(c_sGroup);
   app.add_option("--rerun-failed", values.sRerunFailed,

@@ -72,7 +72,9 @@ TEST(SelectionToolOptions, FailedSelectionTakesTheReportAndTheFileToWrite) {
 }
 
 TEST(SelectionToolOptions, FailedSelectionWithOneValueIsAUsageError) {
-  EXPECT_NE(usageError({"--failed-selection", "run.xml"}).find("--failed-selection"), std::string::npos);
+  EXPECT_EQ(usageError({"--failed-selection", "run.xml"}),
+            "--failed-selection needs two files: the report to read and the selection file to write");
+  EXPECT_NE(usageError({"--failed-selection", "a.xml", "b.xml", "c.xml"}), "");
 }
 
 TEST(SelectionToolOptions, RerunFailedIsARunAndNeedsTheDataDirectory) {
