@@ -110,7 +110,7 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
     case EMode::DiffSelection:
     case EMode::FailedSelection: return RunSelectionTool(commandLine.eMode, setup);
     case EMode::RerunFailed:
-      return RerunFailedCases(setup, [&env, sink](SSetup& rerun) { return runTests(rerun, env, sink); });
+      return RerunFailedCases(setup, [&commandLine, &env, sink] { return runTests(commandLine, env, sink); });
     case EMode::Query: RunQueryMode(setup, env); return sc_iExitPassed;
     case EMode::ListDisabled:
       // The listing loads only the configured libraries; those of --dll

@@ -52,7 +52,13 @@ bool reportExists(const CString& path) {
   return false;
 }
 
-bool outputDirectoryExists(const CString& output) {
+// Whether `output` can name a file to write: it is no directory, and the
+// directory it lies in exists.
+bool isWritablePath(const CString& output) {
+  if (ZoFileSystem::IsDirectory(output)) {
+    COut::Write(L"Fehler: %s ist ein Verzeichnis, keine Datei.\n", output).Color(ZoColorRGBA::c_RED);
+    return false;
+  }
   CString directory, name, extension;
   ZoFileSystem::SplitPath(output, directory, name, extension);
   if (directory.IsEmpty() || ZoFileSystem::IsDirectory(directory)) return true;
@@ -75,17 +81,15 @@ int reportOutcome(const SSelectionFileOutcome& outcome) {
     COut::Write(L"Keine geänderten Testfälle: keine Auswahldatei geschrieben.\n");
     return sc_iExitPassed;
   }
-  if (!ZoFileSystem::Exists(outcome.sPath)) {
-    COut::Write(L"Fehler: Auswahldatei %s konnte nicht geschrieben werden.\n", outcome.sPath).Color(ZoColorRGBA::c_RED);
-    return sc_iExitFailed;
-  }
+  // The selection store has said so when it could not write the file.
+  if (!ZoFileSystem::Exists(outcome.sPath)) return sc_iExitFailed;
   COut::Write(L"Auswahldatei geschrieben: %s (Testfälle: %d)\n", outcome.sPath, outcome.uiCaseCount);
   return sc_iExitPassed;
 }
 
 int runDiffSelection(const SSetup& setup) {
   if (!setup.sDiffOutputPath.IsEmpty()) {
-    if (!outputDirectoryExists(setup.sDiffOutputPath)) return sc_iExitUsage;
+    if (!isWritablePath(setup.sDiffOutputPath)) return sc_iExitUsage;
     if (!outputSparesInputs(setup.sDiffOutputPath, setup.diffInputs)) return sc_iExitUsage;
   }
   return reportOutcome(WriteDiffSelection(setup));
@@ -94,8 +98,7 @@ int runDiffSelection(const SSetup& setup) {
 int runFailedSelection(const SSetup& setup) {
   const CString& report = setup.sSelectionSourceReport;
   const CString& output = *setup.oXmlReport;
-  if (!reportExists(report) || !outputDirectoryExists(output) || !outputSparesInputs(output, {report}))
-    return sc_iExitUsage;
+  if (!reportExists(report) || !isWritablePath(output) || !outputSparesInputs(output, {report})) return sc_iExitUsage;
   const SSelectionFileOutcome outcome = WriteSelectionOfFailedCases(setup);
   if (!outcome.bLoaded)
     COut::Write(L"Fehler: Daten der Datei %s konnten nicht geladen werden.\n", report).Color(ZoColorRGBA::c_RED);
@@ -188,7 +191,7 @@ int RunSelectionTool(EMode mode, const SSetup& setup) {
   return mode == EMode::DiffSelection ? runDiffSelection(setup) : runFailedSelection(setup);
 }
 
-int RerunFailedCases(SSetup& setup, const std::function<int(SSetup&)>& runTests) {
+int RerunFailedCases(SSetup& setup, const std::function<int()>& runTests) {
   const CString report = setup.sSelectionSourceReport;
   if (!reportExists(report)) return sc_iExitUsage;
   Report::SData data;
@@ -205,12 +208,9 @@ int RerunFailedCases(SSetup& setup, const std::function<int(SSetup&)>& runTests)
   warnAboutOtherDataDirectory(data, setup);
   COut::Write(L"Fehlgeschlagene Testfälle aus %s: %d\n", report, uiCount);
   const CTemporarySelection file(*selection);
-  if (!ZoFileSystem::Exists(file.Path())) {
-    COut::Write(L"Fehler: Auswahldatei %s konnte nicht geschrieben werden.\n", file.Path()).Color(ZoColorRGBA::c_RED);
-    return sc_iExitInternal;
-  }
+  if (!ZoFileSystem::Exists(file.Path())) return sc_iExitInternal;  // the selection store has said why
   setup.collectOptions.sSelectionFile = file.Path();
-  return runTests(setup);
+  return runTests();
 }
 
 }  // namespace TestSuite::CLI

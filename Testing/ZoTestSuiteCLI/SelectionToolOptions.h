@@ -45,11 +45,11 @@ bool IsReportToolMode(EMode mode);
 // an output directory that does not exist, and then nothing is written.
 int RunSelectionTool(EMode mode, const SSetup& setup);
 
-// Runs exactly the failed cases of the report `setup.sSelectionSourceReport`
-// through `runTests`, by a selection file in the temporary directory that
-// is removed afterwards. Without failed cases it says so and gives 0; for a
-// report that is missing or does not load, 2. Otherwise what `runTests`
-// gives.
-int RerunFailedCases(SSetup& setup, const std::function<int(SSetup&)>& runTests);
+// Runs exactly the failed cases of the report `setup.sSelectionSourceReport`:
+// points `setup` at a selection file of them in the temporary directory,
+// calls `runTests`, which runs `setup`, and removes the file. Without
+// failed cases it says so and gives 0; for a report that is missing or does
+// not load, 2. Otherwise what `runTests` gives.
+int RerunFailedCases(SSetup& setup, const std::function<int()>& runTests);
 
 }  // namespace TestSuite::CLI

@@ -264,6 +264,17 @@ TEST_F(SelectionTools, OutputInADirectoryThatDoesNotExist) {
   EXPECT_FALSE(fs::exists(directory));
 }
 
+TEST_F(SelectionTools, OutputThatIsADirectoryIsRefused) {
+  const std::string directory = Path("reports");
+  const SCliResult diff = Run({"--diff-selection", First(), Second(), "--diff-output", directory});
+  EXPECT_EQ(diff.iExitCode, 2);
+  EXPECT_EQ(diff.sStdout, "Fehler: " + directory + " ist ein Verzeichnis, keine Datei.\n");
+  const SCliResult failed = Run({"--failed-selection", Second(), directory});
+  EXPECT_EQ(failed.iExitCode, 2);
+  EXPECT_EQ(failed.sStdout, "Fehler: " + directory + " ist ein Verzeichnis, keine Datei.\n");
+  EXPECT_EQ(Reports(), (std::set<std::string>{"first.xml", "second.xml"}));
+}
+
 TEST_F(SelectionTools, OutputThatWouldReplaceAnInputIsRefused) {
   const std::string before = ReadText(Second());
   const SCliResult diff = Run({"--diff-selection", First(), Second(), "--diff-output", Second()});
