@@ -130,5 +130,12 @@ void GenerateSelectionFileFromReport(const SSetup& setup);
 // only those that now pass; without it nothing happens at all. Writes no
 // file when no case is listed.
 void GenerateDiffSelection(const SSetup& setup);
+// Compares the two XML reports of `setup.diffInputs`, the first the
+// reference, on one HTML page: at `setup.sDiffOutputPath`, or else beside
+// the first report as "Diff-[<name of the first>][<name of the second>].html".
+// `bHtmlClassesOnly` leaves out the case table, `bHtmlHideWarnings` keeps
+// gained warnings from counting, `bOpenHtmlReport` opens the page. Inputs
+// that are missing or do not load are said and leave no page.
+void GenerateReportDiff(const SSetup& setup);
 
 }  // namespace TestSuite

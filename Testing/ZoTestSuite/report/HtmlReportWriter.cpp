@@ -12,14 +12,9 @@ namespace {
 
 using Utils::CMarkupWriter;
 
-// "%d/%d = %4.2f%%", the rate worked out in single precision.
-CString rateText(unsigned int successful, unsigned int total) {
-  float rate = 0.0f;
-  if (total != 0) {
-    const float quotient = static_cast<float>(successful) / static_cast<float>(total);
-    rate = static_cast<float>(quotient * 100.0);
-  }
-  return FormatString(L"%d/%d = %4.2f%%", successful, total, static_cast<double>(rate));
+// The plain report reads a rate of 0 where there is nothing to count.
+float guardedRate(unsigned int successful, unsigned int total) {
+  return total == 0 ? 0.0f : GetSuccessRate(successful, total);
 }
 
 void writeBuildTable(CMarkupWriter& writer, const SData& data) {
@@ -53,8 +48,10 @@ void writeResultTable(CMarkupWriter& writer, const SData& data) {
   writer.WriteElement(L"h2", L"Result");
   writer.WriteLineOpen(L"<table id=\"result\">");
   WriteHtmlTableRow(writer, L"Successful Classes / Total Classes:",
-                    rateText(data.ClassesSuccessful, data.ClassesTotal));
-  WriteHtmlTableRow(writer, L"Successful Cases / Total Cases:", rateText(data.Successful, data.CasesTotal));
+                    FormatSuccessRate(data.ClassesSuccessful, data.ClassesTotal,
+                                      guardedRate(data.ClassesSuccessful, data.ClassesTotal)));
+  WriteHtmlTableRow(writer, L"Successful Cases / Total Cases:",
+                    FormatSuccessRate(data.Successful, data.CasesTotal, guardedRate(data.Successful, data.CasesTotal)));
   WriteHtmlTableRow(writer, L"Case Errors:", FormatString(L"%d", data.Errors));
   WriteHtmlTableRow(writer, L"Case Failures:", FormatString(L"%d", data.Failures));
   WriteHtmlTableRow(writer, L"Cases Warnings:", FormatString(L"%d", data.Warnings));
@@ -70,12 +67,6 @@ void writeResultTable(CMarkupWriter& writer, const SData& data) {
   writer.WriteLineClose(L"</table>");
 }
 
-void writeHeadRow(CMarkupWriter& writer, std::initializer_list<const wchar_t*> heads) {
-  writer.WriteLineOpen(L"<tr>");
-  for (const wchar_t* head : heads) writer.WriteElement(L"th", head);
-  writer.WriteLineClose(L"</tr>");
-}
-
 // The row class of a class; empty for a row that is not written.
 const wchar_t* classRowClass(const SClassData& row, bool bHideWarnings) {
   if (row.Errors != 0) return L"class=\"error\"";
@@ -84,17 +75,11 @@ const wchar_t* classRowClass(const SClassData& row, bool bHideWarnings) {
   return L"";
 }
 
-CString contactCell(const SClassData& row) {
-  if (row.ContactEMail.IsEmpty()) return CString();
-  return FormatString(L"<a href=\"mailto:%s\">%s</a>", row.ContactEMail,
-                      row.ContactName.IsEmpty() ? row.ContactEMail : row.ContactName);
-}
-
 void writeClassTable(CMarkupWriter& writer, const SData& data, bool bHideWarnings) {
   if (data.ClassesSuccessful >= data.ClassesTotal && (data.ClassesNotClean == 0 || bHideWarnings)) return;
   writer.WriteElement(L"h2", L"Class Summary");
   writer.WriteLineOpen(L"<table id=\"testclasses\">");
-  writeHeadRow(writer, {L"Class Name", L"Total Cases", L"Unsuccessful", L"Warnings", L"Contact"});
+  WriteHtmlHeadRow(writer, {L"Class Name", L"Total Cases", L"Unsuccessful", L"Warnings", L"Contact"});
   for (const SClassData& row : data.Classes) {
     const wchar_t* rowClass = classRowClass(row, bHideWarnings);
     if (*rowClass == L'\0') continue;
@@ -103,7 +88,7 @@ void writeClassTable(CMarkupWriter& writer, const SData& data, bool bHideWarning
     writer.WriteElement(L"td", FormatString(L"%u", row.CasesTotal));
     writer.WriteElement(L"td", FormatString(L"%u", row.Errors + row.Failures));
     writer.WriteElement(L"td", FormatString(L"%u", row.Warnings));
-    writer.WriteElement(L"td", contactCell(row));
+    writer.WriteElement(L"td", MakeContactCell(row));
     writer.WriteLineClose(L"</tr>");
   }
   writer.WriteLineClose(L"</table>");
@@ -136,8 +121,8 @@ void writeCaseRow(CMarkupWriter& writer, unsigned int index, const SCaseData& ro
 void writeCaseTable(CMarkupWriter& writer, const SData& data, bool bHideWarnings) {
   writer.WriteElement(L"h2", L"Testcases");
   writer.WriteLineOpen(L"<table id=\"testcases\">");
-  writeHeadRow(writer, {L"Id", L"Test Class Name", L"Test Name", L"Time (sec)", L"Memory (Bytes)", L"Result Type",
-                        L"Info", L"Dump"});
+  WriteHtmlHeadRow(writer, {L"Id", L"Test Class Name", L"Test Name", L"Time (sec)", L"Memory (Bytes)", L"Result Type",
+                            L"Info", L"Dump"});
   for (unsigned int i = 0; i < data.Cases.GetCount(); ++i) writeCaseRow(writer, i, data.Cases[i], bHideWarnings);
   writer.WriteLineClose(L"</table>");
 }
@@ -181,6 +166,27 @@ void WriteHtmlHead(CMarkupWriter& writer, bool embedStyle) {
   writer.WriteLine(L"<link rel=\"stylesheet\" type=\"text/css\" href=\"ZoTestSuite.css\"/>");
   writer.WriteLine(L"<script src=\"ZoTestSuite.js\" type=\"text/javascript\"></script>");
   writer.WriteLineClose(L"</head>");
+}
+
+void WriteHtmlHeadRow(CMarkupWriter& writer, std::initializer_list<const wchar_t*> heads) {
+  writer.WriteLineOpen(L"<tr>");
+  for (const wchar_t* head : heads) writer.WriteElement(L"th", head);
+  writer.WriteLineClose(L"</tr>");
+}
+
+float GetSuccessRate(unsigned int successful, unsigned int total) {
+  const float quotient = static_cast<float>(successful) / static_cast<float>(total);
+  return static_cast<float>(quotient * 100.0);
+}
+
+CString FormatSuccessRate(unsigned int successful, unsigned int total, float rate) {
+  return FormatString(L"%d/%d = %4.2f%%", successful, total, static_cast<double>(rate));
+}
+
+CString MakeContactCell(const SClassData& row) {
+  if (row.ContactEMail.IsEmpty()) return CString();
+  return FormatString(L"<a href=\"mailto:%s\">%s</a>", row.ContactEMail,
+                      row.ContactName.IsEmpty() ? row.ContactEMail : row.ContactName);
 }
 
 void WriteHtmlTableRow(CMarkupWriter& writer, const CString& label, const CString& value) {

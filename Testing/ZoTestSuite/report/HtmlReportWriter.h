@@ -8,6 +8,8 @@
 // when the record was built.
 #pragma once
 
+#include <initializer_list>
+
 #include "report/MarkupWriter.h"
 #include "report/ReportData.h"
 
@@ -18,6 +20,19 @@ namespace TestSuite::Report {
 // `embedStyle`) and the links to the two neighbour files, which are written
 // in either case. Leaves the writer at depth 1.
 void WriteHtmlHead(Utils::CMarkupWriter& writer, bool embedStyle);
+
+// A head row: "<tr>", one `th` element for each text, "</tr>".
+void WriteHtmlHeadRow(Utils::CMarkupWriter& writer, std::initializer_list<const wchar_t*> heads);
+
+// Successful over total in per cent, worked out in single precision; a
+// total of 0 is not guarded (0/0 gives no number).
+float GetSuccessRate(unsigned int successful, unsigned int total);
+// "%d/%d = %4.2f%%" with the two counts and the rate.
+CString FormatSuccessRate(unsigned int successful, unsigned int total, float rate);
+
+// The contact cell of a class: empty without an e-mail address, else a
+// mailto link whose text is the contact's name, or the address again.
+CString MakeContactCell(const SClassData& row);
 
 // One table row of two cells, label and value, both as they stand.
 void WriteHtmlTableRow(Utils::CMarkupWriter& writer, const CString& label, const CString& value);

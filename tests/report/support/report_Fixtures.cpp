@@ -135,6 +135,8 @@ std::vector<std::string> SplitLines(const std::string& text) {
   return lines;
 }
 
+bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
 std::size_t CountOf(const std::string& text, const std::string& needle) {
   std::size_t count = 0;
   for (auto at = text.find(needle); at != std::string::npos; at = text.find(needle, at + needle.size())) ++count;

@@ -32,6 +32,8 @@ TestSuite::Report::SCaseData& AddCase(TestSuite::Report::SData& data, unsigned i
 std::string ReadBytes(const CString& path);
 // Lines of a text without their "\n".
 std::vector<std::string> SplitLines(const std::string& text);
+// Whether `part` occurs in `text`.
+bool Contains(const std::string& text, const std::string& part);
 // How often `needle` occurs in `text`.
 std::size_t CountOf(const std::string& text, const std::string& needle);
 
