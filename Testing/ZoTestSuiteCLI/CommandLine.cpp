@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "BuildInfo.h"
+#include "DiffOptions.h"
 #include "ReportOptions.h"
 #include "SelectionOptions.h"
 #include "SelectionToolOptions.h"
@@ -143,6 +144,8 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   AddToolOptions(app, toolOptions);
   SSelectionToolValues selectionTools;
   AddSelectionToolOptions(app, selectionTools);
+  SDiffOptionValues diffOptions;
+  AddDiffOptions(app, diffOptions);
   try {
     app.parse(argc, argv);
   } catch (const ::CLI::CallForHelp&) {
@@ -156,6 +159,7 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   ApplySelectionOptions(selectionOptions, commandLine.setup);
   const bool bToolMode = ApplyToolOptions(toolOptions, otherModeOption(selectionOptions, recreate), commandLine.setup);
   const EMode selectionToolMode = ApplySelectionToolOptions(selectionTools, commandLine.setup);
+  const bool diffPage = ApplyDiffOptions(app, diffOptions, commandLine.setup);
   if (version) commandLine.eMode = EMode::Version;
   else if (!raw.sMemoryId.empty()) commandLine.eMode = EMode::Child;
   else if (bToolMode) commandLine.eMode = toolOptions.oDuplicates ? EMode::Duplicates : EMode::TimeSummary;
@@ -163,6 +167,7 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   else if (selectionOptions.bQuery) commandLine.eMode = EMode::Query;
   else if (selectionOptions.bListDisabled) commandLine.eMode = EMode::ListDisabled;
   else if (recreate) commandLine.eMode = EMode::Recreate;
+  else if (diffPage) commandLine.eMode = EMode::DiffPage;
   if (commandLine.eMode != EMode::Version && !IsReportToolMode(commandLine.eMode) &&
       commandLine.setup.sDataDir.IsEmpty())
     throw CUsageError("-d: the data directory is missing (ZoTestSuiteCLI -d DIR)");

@@ -21,6 +21,7 @@ enum class EMode {
   DiffSelection,    // --diff-selection: select the cases that changed between two reports
   FailedSelection,  // --failed-selection: select the failed cases of a report
   RerunFailed,      // --rerun-failed: run the failed cases of a report again
+  DiffPage,         // --diff: the diff page of two reports
   Help,             // --help was printed
   Version,          // --version was printed
 };

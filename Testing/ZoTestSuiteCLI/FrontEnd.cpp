@@ -112,6 +112,7 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
     case EMode::RerunFailed:
       return RerunFailedCases(setup, [&commandLine, &env, sink] { return runTests(commandLine, env, sink); });
     case EMode::Query: RunQueryMode(setup, env); return sc_iExitPassed;
+    case EMode::DiffPage: GenerateReportDiff(setup); return sc_iExitPassed;
     case EMode::ListDisabled:
       // The listing loads only the configured libraries; those of --dll
       // are loaded here so that it sees the same classes as --query.

@@ -185,7 +185,9 @@ EMode ApplySelectionToolOptions(const SSelectionToolValues& values, SSetup& setu
   return EMode::Run;
 }
 
-bool IsReportToolMode(EMode mode) { return mode == EMode::DiffSelection || mode == EMode::FailedSelection; }
+bool IsReportToolMode(EMode mode) {
+  return mode == EMode::DiffSelection || mode == EMode::FailedSelection || mode == EMode::DiffPage;
+}
 
 int RunSelectionTool(EMode mode, const SSetup& setup) {
   return mode == EMode::DiffSelection ? runDiffSelection(setup) : runFailedSelection(setup);
