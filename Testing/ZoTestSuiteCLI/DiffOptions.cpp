@@ -19,11 +19,16 @@ void AddDiffOptions(::CLI::App& app, SDiffOptionValues& values) {
 
 bool ApplyDiffOptions(const ::CLI::App& app, const SDiffOptionValues& values, SSetup& setup) {
   if (app.count("--diff") == 0) return false;
-  if (values.diffPage.size() != 2) {
+  // "--diff" without a value leaves one empty text behind; an empty path
+  // names no report either.
+  std::vector<std::string> reports;
+  for (const std::string& path : values.diffPage)
+    if (!path.empty()) reports.push_back(path);
+  if (reports.size() != 2) {
     throw CUsageError("--diff: two reports are needed, the reference A and the report B compared with it (" +
-                      std::to_string(values.diffPage.size()) + " given): ZoTestSuiteCLI --diff A.xml B.xml");
+                      std::to_string(reports.size()) + " given): ZoTestSuiteCLI --diff A.xml B.xml");
   }
-  for (const std::string& path : values.diffPage) setup.diffInputs.Add(CString::FromUtf8(path));
+  for (const std::string& path : reports) setup.diffInputs.Add(CString::FromUtf8(path));
   return true;
 }
 
