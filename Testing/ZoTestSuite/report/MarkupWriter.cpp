@@ -3,46 +3,52 @@
 
 namespace TestSuite::Utils {
 
-void CMarkupWriter::tabs() {
-  for (unsigned int i = 0; i < m_uiDepth; ++i) m_stream << L'\t';
+// Every line goes to the stream in one write: large reports are written
+// row by row, and a write per tab costs more than the text itself.
+void CMarkupWriter::tabs() { m_stream << CString(std::wstring(m_uiDepth, L'\t')); }
+
+void CMarkupWriter::writeIndented(const CString& text, bool lineEnd) {
+  std::wstring line;
+  line.reserve(m_uiDepth + text.Str().size() + 1);
+  line.append(m_uiDepth, L'\t');
+  line += text.Str();
+  if (lineEnd) line += L'\n';
+  m_stream << CString(std::move(line));
 }
 
 void CMarkupWriter::Indent() { tabs(); }
 
 void CMarkupWriter::Write(const CString& text) { m_stream << text; }
 
-void CMarkupWriter::WriteLine(const CString& text) {
-  tabs();
-  m_stream << text << L'\n';
-}
+void CMarkupWriter::WriteLine(const CString& text) { writeIndented(text, true); }
 
 void CMarkupWriter::WriteOpen(const CString& text) {
-  tabs();
-  m_stream << text;
+  writeIndented(text, false);
   ++m_uiDepth;
 }
 
 void CMarkupWriter::WriteLineOpen(const CString& text) {
-  tabs();
-  m_stream << text << L'\n';
+  writeIndented(text, true);
   ++m_uiDepth;
 }
 
 void CMarkupWriter::WriteClose(const CString& text) {
   --m_uiDepth;
-  tabs();
-  m_stream << text;
+  writeIndented(text, false);
 }
 
 void CMarkupWriter::WriteLineClose(const CString& text) {
   --m_uiDepth;
-  tabs();
-  m_stream << text << L'\n';
+  writeIndented(text, true);
 }
 
 void CMarkupWriter::WriteElement(const CString& name, const CString& value) {
-  tabs();
-  m_stream << FormatString(L"<%s>%s</%s>\n", name, value, name);
+  std::wstring line;
+  line.reserve(m_uiDepth + 2 * name.Str().size() + value.Str().size() + 6);
+  line.append(m_uiDepth, L'\t');
+  line.append(L"<").append(name.Str()).append(L">").append(value.Str());
+  line.append(L"</").append(name.Str()).append(L">\n");
+  m_stream << CString(std::move(line));
 }
 
 void CMarkupWriter::WriteElement(const CString& name, const CString& attributes, const CString& value) {

@@ -66,6 +66,7 @@ class CMarkupWriter {
 
  private:
   void tabs();
+  void writeIndented(const CString& text, bool lineEnd);
 
   XbStreamWriteASCIIT<CString>& m_stream;
   unsigned int m_uiDepth = 0;

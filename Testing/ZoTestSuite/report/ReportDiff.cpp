@@ -120,7 +120,14 @@ std::vector<SDiffClassRow> BuildDiffClassRows(const SData& a, const SData& b, bo
 
 std::vector<SDiffCaseRow> BuildDiffCaseRows(const SData& a, const SData& b, bool bIgnoreOneSided, bool bHideWarnings) {
   std::vector<SDiffCaseRow> rows = buildRows<SDiffCaseRow>(
-      a.Cases, b.Cases, [](const SCaseData& item) { return FormatString(L"%s:%s", item.ClassName, item.CaseName); },
+      a.Cases, b.Cases,
+      [](const SCaseData& item) {
+        // "%s:%s", put together without the formatter: this runs once per case.
+        std::wstring key;
+        key.reserve(item.ClassName.Str().size() + item.CaseName.Str().size() + 1);
+        key.append(item.ClassName.Str()).append(1, L':').append(item.CaseName.Str());
+        return CString(std::move(key));
+      },
       &SDiffCaseRow::Key);
   for (SDiffCaseRow& row : rows) {
     if (row.IndexA != c_DiffMissing && row.IndexB != c_DiffMissing) {
