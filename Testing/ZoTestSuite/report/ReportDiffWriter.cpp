@@ -171,6 +171,7 @@ void WriteReportDiff(const CString& outPath, const CString& pathA, const CString
       ZoStreamWriteASCIIFile stream(outPath, 0, 0, 0);
       CMarkupWriter writer(stream);
       writePage(writer, pathA, pathB, a, b, bIgnoreOneSided, bOmitCaseTable, bHideWarnings);
+      stream.Close();  // inside the guard: a failed last write is said, too
     }
     WriteReportResourceFiles(Utils::GetPathDirectory(outPath));
   } catch (...) { COut::Write(L"HTML-Report %s konnte nicht erzeugt werden.\n", outPath); }
