@@ -11,31 +11,7 @@ set -euo pipefail
 bin_dir=$1
 artifacts=$2
 
-browser=$(command -v chromium || true)
-if [ -z "$browser" ]; then
-  echo "SKIPPED: chromium is not installed (scripts/setup.sh installs it)"
-  exit 77
-fi
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/zo-diff-browser-XXXXXX")
-[ -n "${ZO_KEEP_BROWSER_WORK:-}" ] || trap 'rm -rf "$work"' EXIT
-
-fail() {
-  echo "FAILED: $*"
-  exit 1
-}
-
-run_headless() {
-  local name=$1
-  shift
-  timeout 60 "$browser" --headless --no-sandbox --disable-gpu --no-first-run --disable-background-networking \
-    --disable-component-update --disable-sync --user-data-dir="$work/profile-$name" "$@"
-}
-
-expect_in() {
-  local file=$1 text=$2
-  grep -qF -- "$text" "$file" || fail "$file lacks: $text"
-}
+source "$(dirname "${BASH_SOURCE[0]}")/browser_common.sh" zo-diff-browser
 
 # One run of the scripted classes over the case files "name:script ...".
 run_with() {

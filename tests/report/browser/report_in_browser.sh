@@ -13,33 +13,14 @@ source_dir=$1
 bin_dir=$2
 artifacts=$3
 
-browser=$(command -v chromium || true)
-if [ -z "$browser" ]; then
-  echo "SKIPPED: chromium is not installed (scripts/setup.sh installs it)"
-  exit 77
-fi
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/zo-browser-XXXXXX")
-[ -n "${ZO_KEEP_BROWSER_WORK:-}" ] || trap 'rm -rf "$work"' EXIT
-
-fail() {
-  echo "FAILED: $*"
-  exit 1
-}
+source "$(dirname "${BASH_SOURCE[0]}")/browser_common.sh" zo-browser
 
 # Prints the DOM of a page after its scripts ran, without the line ends and
 # tabs of the page's layout; the browser's own log goes to $work/<name>.log.
 dump_dom() {
   local name=$1 page=$2
-  timeout 60 "$browser" --headless --no-sandbox --disable-gpu --no-first-run --disable-background-networking \
-    --disable-component-update --disable-sync --user-data-dir="$work/profile-$name" \
-    --enable-logging=stderr --v=0 --dump-dom "file://$page" 2>"$work/$name.log" | tr -d '\n\t'
+  run_headless "$name" --enable-logging=stderr --v=0 --dump-dom "file://$page" 2>"$work/$name.log" | tr -d '\n\t'
   [ "${PIPESTATUS[0]}" -eq 0 ]
-}
-
-expect_in() {
-  local file=$1 text=$2
-  grep -qF -- "$text" "$file" || fail "$file lacks: $text"
 }
 
 # A page whose script failed shows it as an uncaught error in the log.
@@ -94,9 +75,7 @@ LC_ALL=C sort -C "$work/names" || fail "the case table is not sorted by name"
 # The screenshot, kept for people to look at.
 mkdir -p "$artifacts"
 rm -f "$artifacts/report.png"
-timeout 60 "$browser" --headless --no-sandbox --disable-gpu --no-first-run --disable-background-networking \
-  --disable-component-update --disable-sync --user-data-dir="$work/profile-shot" \
-  --screenshot="$artifacts/report.png" --window-size=1280,2000 "file://$page" >"$work/shot.log" 2>&1 ||
+run_headless shot --screenshot="$artifacts/report.png" --window-size=1280,2000 "file://$page" >"$work/shot.log" 2>&1 ||
   fail "chromium took no screenshot"
 [ "$(head -c 8 "$artifacts/report.png" | od -An -tx1 | tr -d ' \n')" = "89504e470d0a1a0a" ] ||
   fail "the screenshot is not a PNG file"
