@@ -3,7 +3,8 @@
 // report B in which every tenth case changed its result, every seventh
 // gained or lost a warning, one case in a hundred is gone and as many are
 // new. Times the whole diff (load both XML reports, build the row tables,
-// write the page) and its three parts, each the best of a few runs, beside
+// write the page) and its parts (loading both, the row tables alone, and the
+// page writer, which builds the row tables itself), each the best of a few runs, beside
 // two anchors measured in the same run: loading one of the reports alone
 // and writing the plain HTML report of it. The cost per case shows whether
 // it grows linearly. An argument N leaves out the sizes above N cases.
@@ -137,15 +138,15 @@ int main(int argc, char** argv) {
       std::filesystem::temp_directory_path() / ("zo-report-diff-bench-" + std::to_string(device()));
   std::filesystem::create_directories(dir);
   std::printf("diff of two reports (A the reference, B with changes); best of the runs given, seconds\n");
-  std::printf("%9s %4s | %8s %8s %8s %8s | %8s %8s | %9s %9s | %7s\n", "cases", "runs", "diff", "load 2", "rows",
-              "page", "load 1", "plain", "diff/case", "load/case", "page MB");
+  std::printf("%9s %4s | %8s %8s %8s %9s | %8s %8s | %9s %9s | %7s\n", "cases", "runs", "diff", "load 2", "rows",
+              "rows+page", "load 1", "plain", "diff/case", "load/case", "page MB");
   bool ok = true;
   for (const unsigned int cases : {10000u, 100000u, 1000000u}) {
     if (cases > largest) break;
     const int runs = cases >= 1000000 ? 1 : 3;
     const SFigures f = measure(cases, dir, runs);
     ok = ok && f.dDiff >= 0 && f.dLoadBoth >= 0 && f.dRows >= 0 && f.dLoadOne >= 0;
-    std::printf("%9u %4d | %8.3f %8.3f %8.3f %8.3f | %8.3f %8.3f | %7.2fus %7.2fus | %7.1f\n", cases, runs, f.dDiff,
+    std::printf("%9u %4d | %8.3f %8.3f %8.3f %9.3f | %8.3f %8.3f | %7.2fus %7.2fus | %7.1f\n", cases, runs, f.dDiff,
                 f.dLoadBoth, f.dRows, f.dWrite, f.dLoadOne, f.dPlainPage, microsPerCase(f.dDiff, cases),
                 microsPerCase(f.dLoadOne, cases), f.dPageMB);
     if (cases == c_uiTargetCases) {
