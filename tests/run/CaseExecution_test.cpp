@@ -11,16 +11,8 @@ namespace {
 
 // Runs one case in process and gives its row.
 SCaseResult runOne(const SUnitTest& unitTest, unsigned int caseIndex, const SRunOptions& options = {}) {
-  const SSetup setup;
-  const XbArray<SUnitTest> classes;
-  const Run::SCallbacks callbacks;
   SCaseContext context(XbDateTime::Now().GetValue());
-  const SRunContext run{
-      setup, classes, options, callbacks, XbDateTime(context.uiRunDate), *context.pClock, *context.pChildStarter};
-  SCaseResult row;
-  row.uiCaseIndex = caseIndex;
-  ExecuteCase(run, unitTest, unitTest.Cases[caseIndex], context, row);
-  return row;
+  return RunTestClasses::ExecuteOneCase(SSetup(), unitTest, caseIndex, options, context);
 }
 
 SRunOptions tracking(bool dumpLeaks = false) {

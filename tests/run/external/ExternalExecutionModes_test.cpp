@@ -35,13 +35,7 @@ SCaseResult execute(const SUnitTest& unitTest, unsigned int caseIndex, const SRu
                     SCaseContext& context, const Run::SCallbacks& callbacks = {}) {
   SSetup setup;
   setup.sDataDir = L"/data/tree/";
-  const XbArray<SUnitTest> classes;
-  const SRunContext run{
-      setup, classes, options, callbacks, XbDateTime(context.uiRunDate), *context.pClock, *context.pChildStarter};
-  SCaseResult row;
-  row.uiCaseIndex = caseIndex;
-  ExecuteCase(run, unitTest, unitTest.Cases[caseIndex], context, row);
-  return row;
+  return RunTestClasses::ExecuteOneCase(setup, unitTest, caseIndex, options, context, callbacks);
 }
 
 SRunOptions externalOptions(bool isolated = false) {

@@ -24,6 +24,19 @@ TestSuite::SUnitTest MakeClass(const wchar_t* name, std::initializer_list<const 
 // Keeps an allocation away from the optimiser.
 void* volatile g_sink = nullptr;
 
+TestSuite::SCaseResult ExecuteOneCase(const TestSuite::SSetup& setup, const TestSuite::SUnitTest& unitTest,
+                                      unsigned int caseIndex, const TestSuite::SRunOptions& options,
+                                      TestSuite::SCaseContext& context, const TestSuite::Run::SCallbacks& callbacks) {
+  using namespace TestSuite;
+  const XbArray<SUnitTest> classes;
+  const SRunContext run{
+      setup, classes, options, callbacks, XbDateTime(context.uiRunDate), *context.pClock, *context.pChildStarter};
+  SCaseResult row;
+  row.uiCaseIndex = caseIndex;
+  ExecuteCase(run, unitTest, unitTest.Cases[caseIndex], context, row);
+  return row;
+}
+
 }  // namespace RunTestClasses
 
 using namespace RunTestClasses;

@@ -8,6 +8,7 @@
 
 #include "ZoTestSuiteTree.h"
 #include "foundation/ZoUnitTest.h"
+#include "run/CaseExecution.h"
 
 namespace RunTestClasses {
 
@@ -38,5 +39,13 @@ std::vector<std::string>& RecreateLog();
 // A class record as discovery would make it, with the given cases and a
 // data directory that does not exist.
 TestSuite::SUnitTest MakeClass(const wchar_t* name, std::initializer_list<const wchar_t*> cases);
+
+// Runs the case `caseIndex` of `unitTest` through ExecuteCase as a run of
+// `setup` with `options` would, on the context's clock and child starter,
+// and gives its row.
+TestSuite::SCaseResult ExecuteOneCase(const TestSuite::SSetup& setup, const TestSuite::SUnitTest& unitTest,
+                                      unsigned int caseIndex, const TestSuite::SRunOptions& options,
+                                      TestSuite::SCaseContext& context,
+                                      const TestSuite::Run::SCallbacks& callbacks = {});
 
 }  // namespace RunTestClasses
