@@ -101,7 +101,8 @@ void writeSelection(const CString& path) {
 SPatternFilter filter(const wchar_t* pattern, bool bRegex, unsigned int eAction) {
   SPatternFilter result;
   result.sPattern = pattern;
-  result.regex = bRegex ? std::wregex(pattern) : Utils::GenerateWildcardRegex(pattern, false);
+  if (bRegex) result.regex = Utils::CompileBoundedRegex(pattern, true);
+  else result.wildcard.emplace(pattern, false);
   result.eAction = eAction;
   return result;
 }

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "foundation/CString.h"
+#include "foundation/XbArray.h"
 
 namespace Wiring {
 class CContainer;
@@ -48,6 +49,11 @@ class CEnvironment {
   CString sConfigurationDirectory;
   CString sInitialDirectory;
   unsigned int uiLoadedLibraries = 0;
+  // Both the front end and the run load the same lists: a library that
+  // failed is warned about once and not tried again; the list file is read
+  // once.
+  XbArray<CString> failedLibraries;
+  bool bConfigurationRead = false;
   std::unique_ptr<Wiring::CContainer> container;
 };
 

@@ -13,6 +13,7 @@
 #include "foundation/XbArray.h"
 #include "foundation/XbMap.h"
 #include "foundation/XbVariant.h"
+#include "services/Wildcard.h"
 
 namespace TestSuite {
 
@@ -39,10 +40,14 @@ struct SUnitTest {
 enum EFilterResult : unsigned int { FilterInclude = 0, FilterExclude = 1, FilterNeutral = 2 };
 
 // One element of a filter list.
+// A wildcard matches through `wildcard`, iteratively; only a regular
+// expression of the user's is held in `regex` (see
+// Utils::CompileBoundedRegex).
 struct SPatternFilter {
-  CString sPattern;  // for people; matching reads only `regex`
+  CString sPattern;  // for people; matching reads only `wildcard` or `regex`
   std::wregex regex;
-  unsigned int eAction = 0;  // 0: a match includes; anything else: a match excludes
+  unsigned int eAction = 0;                  // 0: a match includes; anything else: a match excludes
+  std::optional<Utils::CWildcard> wildcard;  // when present, `regex` is not asked
 };
 
 // How collection finds and narrows the test classes.

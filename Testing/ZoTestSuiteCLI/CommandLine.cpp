@@ -9,6 +9,7 @@
 #include "SelectionOptions.h"
 #include "SelectionToolOptions.h"
 #include "ToolOptions.h"
+#include "foundation/SystemPath.h"
 #include "services/Utils.h"
 
 namespace TestSuite::CLI {
@@ -31,6 +32,8 @@ struct SRawOptions {
 };
 
 CString wide(const std::string& text) { return CString::FromUtf8(text); }
+// A path of the command line: bytes, kept as they are.
+CString path(const std::string& bytes) { return PathFromSystem(bytes); }
 
 void addRunOptions(::CLI::App& app, SRawOptions& raw, SSetup& setup) {
   SRunOptions& run = setup.run;
@@ -80,7 +83,7 @@ void addProcessOptions(::CLI::App& app, SRawOptions& raw, SCommandLine& commandL
 }
 
 void applyRaw(const ::CLI::App& app, const SRawOptions& raw, SSetup& setup) {
-  setup.sDataDir = wide(raw.sDataDir);
+  setup.sDataDir = path(raw.sDataDir);
   if (app.count("-w") > 0) {
     setup.run.bParallel = true;
     setup.run.uiThreadCount =
@@ -96,8 +99,8 @@ void applyRaw(const ::CLI::App& app, const SRawOptions& raw, SSetup& setup) {
     if (key == 1) setup.run.bDebugOption1 = true;
     if (key == 2) setup.run.bDebugOption2 = true;
   }
-  for (const auto& dll : raw.dlls) setup.dllFiles.Add(wide(dll));
-  if (app.count("--log-file") > 0) setup.oLogFile = wide(raw.sLogFile);
+  for (const auto& dll : raw.dlls) setup.dllFiles.Add(path(dll));
+  if (app.count("--log-file") > 0) setup.oLogFile = path(raw.sLogFile);
   setup.sRunTag = wide(raw.sRunTag);
   setup.sMemoryId = wide(raw.sMemoryId);
   setup.sRequestEventId = wide(raw.sRequestEventId);

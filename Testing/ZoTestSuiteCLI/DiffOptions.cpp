@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "CommandLine.h"
+#include "foundation/SystemPath.h"
 
 namespace TestSuite::CLI {
 
@@ -28,7 +29,7 @@ bool ApplyDiffOptions(const ::CLI::App& app, const SDiffOptionValues& values, SS
     throw CUsageError("--diff: two reports are needed, the reference A and the report B compared with it (" +
                       std::to_string(reports.size()) + " given): ZoTestSuiteCLI --diff A.xml B.xml");
   }
-  for (const std::string& path : reports) setup.diffInputs.Add(CString::FromUtf8(path));
+  for (const std::string& path : reports) setup.diffInputs.Add(PathFromSystem(path));
   return true;
 }
 

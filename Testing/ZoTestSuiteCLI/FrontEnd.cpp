@@ -10,6 +10,7 @@
 #include "ReportOptions.h"
 #include "SelectionToolOptions.h"
 #include "TerminalSink.h"
+#include "foundation/SystemPath.h"
 #include "foundation/XbException.h"
 #include "services/COut.h"
 
@@ -26,11 +27,11 @@ bool wantsTerminal(const SCommandLine& commandLine) {
 // directory to the executable's directory before it reads the tree.
 CString absoluteDataDir(const CString& dataDir) {
   std::error_code error;
-  const auto path = std::filesystem::absolute(std::filesystem::path(dataDir.ToUtf8()), error);
+  const auto path = std::filesystem::absolute(std::filesystem::path(PathToSystem(dataDir)), error);
   if (error) return dataDir;
   std::string text = path.lexically_normal().string();
   while (text.size() > 1 && text.back() == '/') text.pop_back();
-  return CString::FromUtf8(text);
+  return PathFromSystem(text);
 }
 
 unsigned int countRows(const XbArray<SUnitTest>& classes, unsigned int repeat) {
@@ -148,7 +149,7 @@ void SetGlobalLocale() {
 // is a usage error: a mistyped path must not pass as a run of nothing.
 bool isReadableDirectory(const CString& path) {
   std::error_code error;
-  const std::filesystem::directory_iterator entries(std::filesystem::path(path.ToUtf8()), error);
+  const std::filesystem::directory_iterator entries(std::filesystem::path(PathToSystem(path)), error);
   return !error;
 }
 

@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "foundation/SystemPath.h"
 #include "report/JUnitReportWriter.h"
 #include "report/ReportData.h"
 
@@ -28,13 +29,13 @@ void AddReportOptions(::CLI::App& app, SReportOptionValues& values) {
 }
 
 void ApplyReportOptions(const ::CLI::App& app, const SReportOptionValues& values, SSetup& setup) {
-  if (app.count("--xml") > 0) setup.oXmlReport = CString::FromUtf8(values.sXmlReport);
-  if (app.count("--html") > 0) setup.oHtmlReport = CString::FromUtf8(values.sHtmlReport);
+  if (app.count("--xml") > 0) setup.oXmlReport = PathFromSystem(values.sXmlReport);
+  if (app.count("--html") > 0) setup.oHtmlReport = PathFromSystem(values.sHtmlReport);
   setup.bOpenHtmlReport = values.bOpenHtmlReport;
   setup.bHtmlClassesOnly = values.bHtmlClassesOnly;
   setup.bHtmlHideWarnings = !values.bShowWarnings;
   setup.iMessageReportMax = values.iMessageReportMax;
-  setup.sFrontEndText = CString::FromUtf8(values.sJUnitReport);
+  setup.sFrontEndText = PathFromSystem(values.sJUnitReport);
 }
 
 void WriteJUnitReportOfRun(const SSetup& setup, const Run::SResult& result) {

@@ -6,6 +6,7 @@
 #include <regex>
 
 #include "CommandLine.h"
+#include "foundation/SystemPath.h"
 #include "services/Utils.h"
 
 namespace TestSuite::CLI {
@@ -27,10 +28,9 @@ void addPatternOption(::CLI::App& app, const char* name, bool bExclude, bool bRe
       ->group(c_sGroup);
 }
 
-std::wregex compile(const SSelectionOptionValues::SPattern& pattern) {
-  const CString text = CString::FromUtf8(pattern.sText);
-  if (!pattern.bRegex) return Utils::GenerateWildcardRegex(text, false);
-  return std::wregex(text.Str(), std::regex_constants::ECMAScript);
+void compile(const SSelectionOptionValues::SPattern& pattern, SPatternFilter& filter) {
+  if (pattern.bRegex) filter.regex = Utils::CompileBoundedRegex(filter.sPattern, true);
+  else filter.wildcard.emplace(filter.sPattern, false);
 }
 
 SPatternFilter makeFilter(const SSelectionOptionValues::SPattern& pattern) {
@@ -38,11 +38,13 @@ SPatternFilter makeFilter(const SSelectionOptionValues::SPattern& pattern) {
   filter.sPattern = CString::FromUtf8(pattern.sText);
   filter.eAction = pattern.bExclude ? 1 : 0;
   try {
-    filter.regex = compile(pattern);
+    compile(pattern, filter);
   } catch (const std::regex_error& error) {
     const char* option = pattern.bRegex ? (pattern.bExclude ? "--exclude-regex" : "--include-regex")
                                         : (pattern.bExclude ? "--exclude" : "--include");
-    throw CUsageError(std::string(option) + ": '" + pattern.sText + "' is no valid pattern: " + error.what());
+    // A pattern of thousands of characters is named by its beginning.
+    const std::string shown = pattern.sText.size() > 80 ? pattern.sText.substr(0, 77) + "..." : pattern.sText;
+    throw CUsageError(std::string(option) + ": '" + shown + "' is no valid pattern: " + error.what());
   }
   return filter;
 }
@@ -52,7 +54,7 @@ SPatternFilter makeFilter(const SSelectionOptionValues::SPattern& pattern) {
 CString absolutePath(const std::string& path) {
   std::error_code error;
   const auto absolute = std::filesystem::absolute(std::filesystem::path(path), error);
-  return CString::FromUtf8(error ? path : absolute.lexically_normal().string());
+  return PathFromSystem(error ? path : absolute.lexically_normal().string());
 }
 
 }  // namespace

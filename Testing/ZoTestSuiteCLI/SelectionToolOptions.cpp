@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "FrontEnd.h"
+#include "foundation/SystemPath.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/ZoUniqueId.h"
 #include "report/ReportData.h"
@@ -40,8 +41,8 @@ void checkCombinations(const SSelectionToolValues& values, const SSetup& setup) 
 // Whether `output` names the same file as `input`, which it would replace.
 bool isSameFile(const CString& output, const CString& input) {
   std::error_code error;
-  const auto a = std::filesystem::weakly_canonical(std::filesystem::path(output.ToUtf8()), error);
-  const auto b = std::filesystem::weakly_canonical(std::filesystem::path(input.ToUtf8()), error);
+  const auto a = std::filesystem::weakly_canonical(std::filesystem::path(PathToSystem(output)), error);
+  const auto b = std::filesystem::weakly_canonical(std::filesystem::path(PathToSystem(input)), error);
   return !error && a == b;
 }
 
@@ -166,20 +167,20 @@ void AddSelectionToolOptions(::CLI::App& app, SSelectionToolValues& values) {
 
 EMode ApplySelectionToolOptions(const SSelectionToolValues& values, SSetup& setup) {
   checkCombinations(values, setup);
-  setup.sDiffOutputPath = CString::FromUtf8(values.sDiffOutput);
+  setup.sDiffOutputPath = PathFromSystem(values.sDiffOutput);
   if (!values.sDiffFilter.empty()) setup.oDiffFilterMode = filterMode(values.sDiffFilter);
   if (!values.diffSelection.empty()) {
-    for (const std::string& input : values.diffSelection) setup.diffInputs.Add(CString::FromUtf8(input));
+    for (const std::string& input : values.diffSelection) setup.diffInputs.Add(PathFromSystem(input));
     if (!setup.oDiffFilterMode) setup.oDiffFilterMode = SSetup::eDiffAll;
     return EMode::DiffSelection;
   }
   if (values.failedSelection.size() == 2) {
-    setup.sSelectionSourceReport = CString::FromUtf8(values.failedSelection[0]);
-    setup.oXmlReport = CString::FromUtf8(values.failedSelection[1]);
+    setup.sSelectionSourceReport = PathFromSystem(values.failedSelection[0]);
+    setup.oXmlReport = PathFromSystem(values.failedSelection[1]);
     return EMode::FailedSelection;
   }
   if (!values.sRerunFailed.empty()) {
-    setup.sSelectionSourceReport = CString::FromUtf8(values.sRerunFailed);
+    setup.sSelectionSourceReport = PathFromSystem(values.sRerunFailed);
     return EMode::RerunFailed;
   }
   return EMode::Run;

@@ -5,6 +5,7 @@
 
 #include "CommandLine.h"
 #include "foundation/CFile.h"
+#include "foundation/SystemPath.h"
 
 namespace TestSuite::CLI {
 namespace {
@@ -21,7 +22,7 @@ std::string chosenToolMode(const SToolOptionValues& values) {
 
 void checkReadable(const std::string& report) {
   CFile file;
-  if (!file.Open(CString::FromUtf8(report), CFile::modeRead | CFile::typeBinary))
+  if (!file.Open(PathFromSystem(report), CFile::modeRead | CFile::typeBinary))
     throw CUsageError("--time-summary: '" + report + "' cannot be read as a file");
 }
 
@@ -51,7 +52,7 @@ bool ApplyToolOptions(const SToolOptionValues& values, const std::string& otherM
   if (!otherMode.empty()) throw CUsageError(mode + " and " + otherMode + " exclude each other");
   if (!values.sTimeSummaryReport.empty()) {
     checkReadable(values.sTimeSummaryReport);
-    setup.sTimeSummaryReport = CString::FromUtf8(values.sTimeSummaryReport);
+    setup.sTimeSummaryReport = PathFromSystem(values.sTimeSummaryReport);
   }
   if (values.oDuplicates == "list") setup.oDuplicateAction = eListDuplicates;
   if (values.oDuplicates == "delete") setup.oDuplicateAction = eDeleteDuplicates;

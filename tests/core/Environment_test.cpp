@@ -114,6 +114,47 @@ TEST(Environment, ALibraryThatCannotBeLoadedIsOneWarning) {
   EXPECT_EQ(messages[0].color, ZoColorRGBA::c_GOLDENROD);
 }
 
+TEST(Environment, ALibraryThatCannotBeLoadedIsWarnedAboutOnceWhenLoadedTwice) {
+  TempDirectory directory;
+  directory.WriteFile(L"EnvironmentBroken.so", "not a library");
+  directory.WriteFile(L"ZoTestSuiteEnvironment.conf", "[\"EnvironmentBroken\"]");
+  CEnvironment env(directory.Path());
+  COutRecorder recorder;
+  env.LoadTestDLLs();
+  env.LoadDLL(L"EnvironmentBroken", false);
+  env.LoadTestDLLs();
+  EXPECT_EQ(recorder.Messages().size(), 1u);
+}
+
+// Every wrong shape of the list: one warning that names the file, and
+// nothing of the file is loaded.
+TEST(Environment, ALibraryListOfTheWrongShapeIsOneWarningNamingTheFile) {
+  const std::string contents[] = {"{\"ApiTestLibrary\": 1}",
+                                  "\"ApiTestLibrary\"",
+                                  "[\"ApiTestLibrary\"",
+                                  "",
+                                  "[\"ApiTestLibrary\", 7]",
+                                  std::string("\x7f"
+                                              "ELF\x00\xff\xfe",
+                                              7)};
+  for (const std::string& content : contents) {
+    SCOPED_TRACE(content);
+    TempDirectory directory;
+    provideLibrary(directory, L"ApiTestLibrary");
+    directory.WriteFile(L"ZoTestSuiteEnvironment.conf", content);
+    CEnvironment env(directory.Path());
+    COutRecorder recorder;
+    env.LoadTestDLLs();
+    const auto messages = recorder.Messages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].sText, L"Warnung: " + directory.Path() +
+                                     L"ZoTestSuiteEnvironment.conf ist keine JSON-Liste von Bibliotheksnamen und wird "
+                                     L"übergangen.\n");
+    EXPECT_EQ(messages[0].color, ZoColorRGBA::c_GOLDENROD);
+    EXPECT_EQ(env.GetLoadedLibraryCount(), 0u);
+  }
+}
+
 TEST(Environment, WorkingDirectoryMovesToTheExecutableAndBack) {
   const CString before = ZoFileSystem::GetCurrentDirectoryW();
   CEnvironment env;

@@ -4,6 +4,7 @@
 // line of "cases.txt" in their data directory.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <initializer_list>
 #include <stdexcept>
 #include <string>
@@ -15,6 +16,7 @@
 #include "UnitTestRecords.h"
 #include "ZoTestSuiteTree.h"
 #include "discovery_Warnings.h"
+#include "foundation/SystemPath.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/platform/Library.h"
 #include "services_COutRecorder.h"
@@ -329,4 +331,40 @@ TEST_F(CollectUnitTestsTest, AnExtraInfoThatIsAFifoIsPassedOverWithoutWaiting) {
   const XbArray<SUnitTest> classes = Collect();
   ASSERT_EQ(classes.GetCount(), 1u);
   EXPECT_EQ(classes[0].Cases.GetCount(), 2u);
+}
+
+// data/sub/up and data/other/up both lead back to the root: every
+// directory is walked once, each link warned about.
+TEST_F(CollectUnitTestsTest, LinkCyclesAreWalkedOnceWithAWarningEach) {
+  Class(L"Alpha", {"a1"});
+  Dir(L"sub");
+  Dir(L"other");
+  std::filesystem::create_directory_symlink("..", PathToSystem(m_tree.Path() + L"sub/up"));
+  std::filesystem::create_directory_symlink("..", PathToSystem(m_tree.Path() + L"other/up"));
+  const XbArray<SUnitTest> result = Collect();
+  EXPECT_EQ(ClassNames(result), (Names{L"Alpha"}));
+  const Warnings printed = Printed();
+  ASSERT_EQ(printed.size(), 2u);
+  for (const CString& link : {m_tree.Path() + L"sub/up/", m_tree.Path() + L"other/up/"}) {
+    const std::wstring warning =
+        L"Warnung: Verzeichnis " + link.Str() +
+        L" führt zurück in ein übergeordnetes Verzeichnis (Link-Zyklus) und wird übersprungen.\n";
+    EXPECT_TRUE(printed[0] == warning || printed[1] == warning) << link.ToUtf8();
+  }
+}
+
+TEST_F(CollectUnitTestsTest, ALinkToASiblingIsNoCycleAndIsWalked) {
+  Class(L"lib/Alpha", {"a1"});
+  Dir(L"view");
+  std::filesystem::create_directory_symlink("../lib", PathToSystem(m_tree.Path() + L"view/lib"));
+  EXPECT_EQ(ClassNames(Collect()), (Names{L"Alpha", L"Alpha"}));
+  EXPECT_TRUE(Printed().empty());
+}
+
+TEST_F(CollectUnitTestsTest, ADirectoryNamedInLatin1BytesIsDiscovered) {
+  const CString dir = Class(PathFromSystem("Gr\xF6sse/Alpha"), {"a1"});
+  const XbArray<SUnitTest> result = Collect();
+  ASSERT_EQ(ClassNames(result), (Names{L"Alpha"}));
+  EXPECT_EQ(result[0].DataDir, dir);
+  EXPECT_EQ(PathToSystem(result[0].DataDir), PathToSystem(m_tree.Path()) + "Gr\xF6sse/Alpha/");
 }

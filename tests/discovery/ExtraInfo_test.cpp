@@ -259,8 +259,47 @@ TEST_F(ExtraInfoTest, NamesWithBlanksAndUmlautsMatchAndAreWarnedAboutAsTheyAre) 
   EXPECT_EQ(Printed(), (Warnings{L"Warnung XML 'Größe Prüfung': Unbekannter Parameter 'Maß'.\n"}));
 }
 
-TEST_F(ExtraInfoTest, InvalidWildcardExpressionIsNotCaught) {
+TEST_F(ExtraInfoTest, InvalidWildcardIsWarnedAboutWithTheFileAndNoTestCaseApplies) {
   SUnitTest unitTest = Record({L"c1"});
-  WriteFile("<ExtraInfo><TestCase name=\"a{\"><Enable>false</Enable></TestCase></ExtraInfo>");
-  EXPECT_THROW(ReadExtraInfo(m_dir.Path(), unitTest), std::regex_error);
+  Read(unitTest,
+       "<ExtraInfo><Contact><Name>Eva</Name></Contact><TestCase name=\"c*\"><Enable>false</Enable></TestCase>"
+       "<TestCase name=\"c_{\"><Enable>false</Enable></TestCase></ExtraInfo>");
+  EXPECT_EQ(Printed(), (Warnings{L"Warnung: Ungültiges Muster 'c_{' in Datei " + FilePath().Str() + L".\n"}));
+  EXPECT_TRUE(unitTest.Cases[0].Params.IsEmpty());
+  ASSERT_EQ(unitTest.Contacts.GetCount(), 1u);
+}
+
+// A document declared ISO-8859-1 is read one byte per character: "Stra\xDF*"
+// is "Straß*", and a text whose bytes happen to form UTF-8 stays Latin-1.
+TEST_F(ExtraInfoTest, ALatin1PatternOfADocumentDeclaredIso88591Matches) {
+  SUnitTest unitTest = Record({L"Straße 1", L"Strasse 2"});
+  Read(unitTest,
+       "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><ExtraInfo><Contact><Name>J\xC3\xBCrgen</Name></Contact>"
+       "<TestCase name=\"Stra\xDF*\"><Enable>false</Enable></TestCase></ExtraInfo>");
+  EXPECT_FALSE(BoolParam(unitTest, 0, L"Enable"));
+  EXPECT_TRUE(unitTest.Cases[1].Params.IsEmpty());
+  ASSERT_EQ(unitTest.Contacts.GetCount(), 1u);
+  EXPECT_EQ(unitTest.Contacts[0].Name, L"J\u00C3\u00BCrgen");
+}
+
+TEST_F(ExtraInfoTest, ALatin1ByteInAnUndeclaredDocumentIsItsLetter) {
+  // "Stra\xDF\xC3\xA4" is "Straßä": the stray byte is a letter, the
+  // UTF-8 after it still UTF-8.
+  SUnitTest unitTest = Record({L"Straßä", L"Maß"});
+  Read(unitTest,
+       "<ExtraInfo><TestCase name=\"Stra\xDF\xC3\xA4\"><Enable>false</Enable></TestCase>"
+       "<TestCase name=\"*\xDF\"><Enable>false</Enable></TestCase></ExtraInfo>");
+  EXPECT_FALSE(BoolParam(unitTest, 0, L"Enable"));
+  EXPECT_FALSE(BoolParam(unitTest, 1, L"Enable"));
+}
+
+TEST_F(ExtraInfoTest, ANinetyThousandCharacterPatternAndAThirtyThousandCharacterNameMatch) {
+  const std::wstring longName(30000, L'n');
+  SUnitTest unitTest = Record({longName.c_str(), L"kurz"});
+  Read(unitTest, "<ExtraInfo><TestCase name=\"" + std::string(89999, 'n') +
+                     "*\"><Enable>false</Enable></TestCase>"
+                     "<TestCase name=\"*\"><TimeOutSec>5</TimeOutSec></TestCase></ExtraInfo>");
+  EXPECT_EQ(NumberParam(unitTest, 0, L"TimeOutSec"), 5u);
+  EXPECT_EQ(unitTest.Cases[0].Params.Find(L"Enable"), nullptr);  // 30,000 characters do not reach 89,999
+  EXPECT_EQ(NumberParam(unitTest, 1, L"TimeOutSec"), 5u);
 }

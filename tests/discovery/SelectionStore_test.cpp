@@ -336,3 +336,21 @@ TEST(SelectionStoreAnswerTest, MovedStoreKeepsItsAnswers) {
   EXPECT_TRUE(assigned.IsSelected(L"Geometry", L"Kugel"));
   EXPECT_NE(assigned.GetData(), nullptr);
 }
+
+// The file is declared ISO-8859-1 and read so: "Ã¤" is written as the bytes
+// C3 A4, which as UTF-8 would be "ä", and must come back as it was.
+TEST_F(SelectionStoreTest, Latin1ClassNamesSelectAfterTheRoundTrip) {
+  SData data;
+  data.eDefault = CSelectionStore::None;
+  data.unitTests.Add(Class(L"Straß", CSelectionStore::All, {}));
+  data.unitTests.Add(Class(L"\u00C3\u00A4", CSelectionStore::All, {}));
+  const CString path = m_dir.Path() + L"latin1.xml";
+  CSelectionStore::Write(data, path);
+  const std::unique_ptr<SData> read = CSelectionStore::Read(path);
+  ASSERT_TRUE(read);
+  ExpectSameData(*read, data);
+  const CSelectionStore store(std::make_unique<SData>(*read));
+  EXPECT_TRUE(store.IsSelected(L"Straß", L"a"));
+  EXPECT_TRUE(store.IsSelected(L"\u00C3\u00A4", L"b"));
+  EXPECT_FALSE(store.IsSelected(L"ä", L"b"));
+}

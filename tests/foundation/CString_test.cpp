@@ -198,11 +198,12 @@ TEST(CString, CompareNoCaseIgnoresAsciiCase) {
   EXPECT_LT(CString(L"ab").CompareNoCase(L"AB\U00010000"), 0);
 }
 
-TEST(CString, EightBitTextIsUtf8ElseLatin1) {
+TEST(CString, EightBitTextIsUtf8WhereItFormsUtf8ElseLatin1) {
   EXPECT_EQ(CString("\xC3\xA4"), CString(L"\u00E4"));
   EXPECT_EQ(CString("\xE4"), CString(L"\u00E4"));
-  // One ill-formed byte makes the whole text ISO-8859-1.
-  EXPECT_EQ(CString("a\xE4\xC3\xA4"), CString(L"a\u00E4\u00C3\u00A4"));
+  // An ill-formed byte is its Latin-1 letter; the UTF-8 around it stays UTF-8.
+  EXPECT_EQ(CString("a\xE4\xC3\xA4"), CString(L"a\u00E4\u00E4"));
+  EXPECT_EQ(CString("caf\xC3\xA9 \xE9<"), CString(L"caf\u00E9 \u00E9<"));
   EXPECT_EQ(CString("\xF0\x9F\x98\x80"), CString(L"\U0001F600"));
   EXPECT_EQ(CString("\xC0\xAF"), CString(L"\u00C0\u00AF"));                      // overlong
   EXPECT_EQ(CString("\xED\xA0\x80"), CString(L"\u00ED\u00A0\u0080"));            // a surrogate

@@ -14,6 +14,7 @@
 #include <string>
 #include <thread>
 
+#include "SystemPath.h"
 #include "WholeFile.h"
 #include "ZoUnitTest.h"
 
@@ -29,7 +30,7 @@ class CliScripted : public ZoUnitTestFileBased {
 
  protected:
   EResult OnRunSubtest(unsigned int index) override {
-    std::istringstream script(TestSupport::ReadWholeFile(GetFilePath(index).ToUtf8()));
+    std::istringstream script(TestSupport::ReadWholeFile(PathToSystem(GetFilePath(index))));
     std::string verb, argument;
     script >> verb;
     std::getline(script >> std::ws, argument);

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "SystemPath.h"
 #include "ZoUnitTest.h"
 
 // One subtest per line of "cases.txt" (UTF-8) in the data directory; no file,
@@ -15,7 +16,7 @@ class DiscoveryListedCases : public ZoUnitTest {
 
  protected:
   void OnInitSubtests(XbArray<CString>& names) override {
-    std::ifstream file((GetDataDirectory() + L"cases.txt").ToUtf8(), std::ios::binary);
+    std::ifstream file(PathToSystem(GetDataDirectory() + L"cases.txt"), std::ios::binary);
     std::string line;
     while (std::getline(file, line)) {
       if (!line.empty() && line.back() == '\r') line.pop_back();

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "TempDirectory.h"
+#include "foundation/SystemPath.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/ZoStreamFile.h"
 
@@ -122,6 +123,12 @@ TEST(MarkupWriterCleanTest, DropsASurrogatePairWhole) {
   EXPECT_EQ(CMarkupWriter::Clean(L"a\U0001F600b"), L"ab");
   const wchar_t pair[] = {L'a', static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00), L'b', 0};
   EXPECT_EQ(CMarkupWriter::Clean(pair), L"ab");
+}
+
+TEST(MarkupWriterCleanTest, AnUndecodableByteOfAFileNameBecomesAQuestionMark) {
+  EXPECT_EQ(CMarkupWriter::Clean(PathFromSystem("x\xE4.case")), L"x?.case");
+  const wchar_t lone[] = {L'a', static_cast<wchar_t>(0xDC7F), L'b', 0};  // no escaped byte: refused
+  EXPECT_EQ(CMarkupWriter::Clean(lone), L"ab");
 }
 
 TEST(MarkupWriterCleanTest, KeepsTabLineFeedAndCarriageReturn) {

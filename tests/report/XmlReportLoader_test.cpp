@@ -9,6 +9,9 @@
 #include <string>
 
 #include "TempDirectory.h"
+#include "Xmllint.h"
+#include "report/HtmlReportWriter.h"
+#include "report/MarkupWriter.h"
 #include "report/XmlReportWriter.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
@@ -114,7 +117,7 @@ TEST(XmlReportLoaderTest, WrittenReportComesBackExceptForTheDocumentedDifference
   }
 }
 
-TEST(XmlReportLoaderTest, CasesComeBackWithNamesUnescapedAndDumpsDecoded) {
+TEST(XmlReportLoaderTest, CasesComeBackWithNamesUnescapedAndDumpsEscapedAsTheRecordHeldThem) {
   const SData written = MakeFixedReport();
   const SData loaded = writeAndLoad(written);
   ASSERT_EQ(loaded.Cases.GetCount(), written.Cases.GetCount());
@@ -129,7 +132,7 @@ TEST(XmlReportLoaderTest, CasesComeBackWithNamesUnescapedAndDumpsDecoded) {
   }
   EXPECT_EQ(loaded.Cases[1].CaseName, L"grüße.dat");
   EXPECT_EQ(loaded.Cases[0].CaseName, L"cube & sphere");
-  EXPECT_EQ(loaded.Cases[1].Dumps[0].Text, L"Abweichung bei <node 3>: öffnen");
+  EXPECT_EQ(loaded.Cases[1].Dumps[0].Text, L"Abweichung bei &lt;node 3&gt;: &#246;ffnen");
   EXPECT_TRUE(loaded.Cases[1].Dumps[0].IsError);
   EXPECT_FALSE(loaded.Cases[1].Dumps[2].IsError);
   EXPECT_EQ(loaded.Cases[3].Message, L"Speicherleck von 256 Bytes detektiert.");
@@ -168,6 +171,68 @@ TEST(XmlReportLoaderTest, Latin1LettersBeforeADelimiterLoadBack) {
   EXPECT_EQ(loaded.Cases[0].CaseName, L"Größe");
   ASSERT_EQ(loaded.Cases[0].Dumps.GetCount(), 1u);
   EXPECT_EQ(loaded.Cases[0].Dumps[0].Text, L"café");
+}
+
+// Report text is declared ISO-8859-1: "Ã¤" is written as C3 A4, which as
+// UTF-8 would be one "ä", and comes back as the two letters it was.
+TEST(XmlReportLoaderTest, Latin1TextThatLooksLikeUtf8LoadsBackByteForByte) {
+  SData written = MakeEmptyReport();
+  written.RunTag = L"Pr\u00FCfung \u00C3\u00A4";
+  AddClass(written, L"\u00C3\u00A4", 1, 0, 0, 0);
+  SCaseData& row = AddCase(written, 0, L"\u00C3\u00A4", L"caf\u00E9", Run::eCaseOk);
+  row.Dumps.Add(SDump{false, L"\u00C3\u00A9"});
+  TempDirectory directory;
+  const CString first = directory / L"first.xml";
+  const CString second = directory / L"second.xml";
+  WriteXmlReport(first, written);
+  SData loaded;
+  ASSERT_TRUE(LoadReportDataFromXMLFile(first, loaded));
+  EXPECT_EQ(loaded.RunTag, written.RunTag);
+  ASSERT_EQ(loaded.Cases.GetCount(), 1u);
+  EXPECT_EQ(loaded.Cases[0].ClassName, L"\u00C3\u00A4");
+  EXPECT_EQ(loaded.Cases[0].Dumps[0].Text, L"\u00C3\u00A9");
+  WriteXmlReport(second, loaded);
+  EXPECT_EQ(TempDirectory::ReadBytes(second), TempDirectory::ReadBytes(first));
+}
+
+// A run's record holds its dumps escaped; a loaded one holds them so too:
+// written again the file is the same, and output never turns into markup.
+TEST(XmlReportLoaderTest, DumpsOfMarkupStayTextThroughLoadAndWrite) {
+  SData written = MakeEmptyReport();
+  AddClass(written, L"K", 1, 0, 0, 0);
+  SCaseData& row = AddCase(written, 0, L"K", L"c", Run::eCaseOk);
+  row.Dumps.Add(SDump{false, Utils::CMarkupWriter::Clean(L"<script>alert('x')</script> & \u00E4")});
+  TempDirectory directory;
+  const CString first = directory / L"first.xml";
+  WriteXmlReport(first, written);
+  SData loaded;
+  ASSERT_TRUE(LoadReportDataFromXMLFile(first, loaded));
+  EXPECT_EQ(loaded.Cases[0].Dumps[0].Text, written.Cases[0].Dumps[0].Text);
+  const CString second = directory / L"second.xml";
+  WriteXmlReport(second, loaded);
+  EXPECT_EQ(TempDirectory::ReadBytes(second), TempDirectory::ReadBytes(first));
+  const CString page = directory / L"page.html";
+  WriteHtmlReport(page, loaded, false, false);
+  const std::string html = TempDirectory::ReadBytes(page);
+  EXPECT_EQ(html.find("<script>alert"), std::string::npos);
+  EXPECT_NE(html.find("&lt;script&gt;alert(&apos;x&apos;)&lt;/script&gt; &amp; &#228;"), std::string::npos);
+}
+
+// Clean keeps a line feed and drops other control characters: the report
+// stays well-formed and the name comes back without them.
+TEST(XmlReportLoaderTest, ANewlineAndAControlCharacterInACaseNameKeepTheReportWellFormed) {
+  SData written = MakeEmptyReport();
+  AddClass(written, L"K", 1, 0, 0, 0);
+  AddCase(written, 0, L"K", L"zwei\nZeilen\x01\x1B[31m", Run::eCaseOk);
+  TempDirectory directory;
+  const CString path = directory / L"report.xml";
+  WriteXmlReport(path, written);
+  std::string messages;
+  EXPECT_EQ(TestSupport::CheckWellFormed(path.ToUtf8(), messages), 0) << messages;
+  SData loaded;
+  ASSERT_TRUE(LoadReportDataFromXMLFile(path, loaded));
+  ASSERT_EQ(loaded.Cases.GetCount(), 1u);
+  EXPECT_EQ(loaded.Cases[0].CaseName, L"zwei\nZeilen[31m");
 }
 
 TEST(XmlReportLoaderTest, MissingFileGivesFalseAndPrintsNothing) {
@@ -340,7 +405,7 @@ TEST(XmlReportLoaderTest, HugeReportLoadsEveryCase) {
   EXPECT_EQ(last.ClassName, L"Class99");
   EXPECT_EQ(last.CaseName, L"case99993.dat");
   ASSERT_EQ(last.Dumps.GetCount(), 2u);
-  EXPECT_EQ(last.Dumps[0].Text, L"line <99993>");
+  EXPECT_EQ(last.Dumps[0].Text, L"line &lt;99993&gt;");
   EXPECT_FALSE(last.Dumps[1].IsError);
 }
 

@@ -286,10 +286,12 @@ TEST_F(COutTest, ALogThatCannotBeOpenedIsNeverRetried) {
   std::filesystem::create_directory(directory.ToUtf8());
   COut::Write(L"zwei\n");
   EXPECT_FALSE(std::filesystem::exists(log.ToUtf8()));
-  EXPECT_EQ(recorder.Text(), CString(L"eins\nzwei\n"));  // other sinks go on
+  // Said once on the other sinks, which go on.
+  EXPECT_EQ(recorder.Text(),
+            CString(L"eins\nFehler: Log-Datei ") + log + CString(L" konnte nicht geschrieben werden.\nzwei\n"));
 }
 
-TEST_F(COutTest, AnUnrepresentableCharacterSilencesTheLogForTheStreamsLife) {
+TEST_F(COutTest, AnUnrepresentableCharacterIsSaidOnceAndSilencesTheLogForTheStreamsLife) {
   const std::locale previous = std::locale::global(std::locale::classic());
   const CString log = m_dir / L"c.log";
   COut::SetLogFileOut(log);
@@ -304,8 +306,23 @@ TEST_F(COutTest, AnUnrepresentableCharacterSilencesTheLogForTheStreamsLife) {
   const std::string logged = TempDirectory::ReadBytes(log);
   EXPECT_EQ(logged.rfind("vorher\n", 0), 0u);
   EXPECT_EQ(logged.find("nachher"), std::string::npos);
-  EXPECT_EQ(console, "vorher\nGr\xC3\xBC\xC3\x9F\x65\nnachher\n");
-  EXPECT_EQ(recorder.Text(), CString(L"vorher\nGrüße\nnachher\n"));
+  const CString said = CString(L"Fehler: Log-Datei ") + log + CString(L" konnte nicht geschrieben werden.\n");
+  EXPECT_EQ(console, "vorher\nGr\xC3\xBC\xC3\x9F\x65\n" + said.ToUtf8() + "nachher\n");
+  EXPECT_EQ(recorder.Text(), CString(L"vorher\nGrüße\n") + said + CString(L"nachher\n"));
+}
+
+TEST_F(COutTest, ALogOnAFullDiskIsSaidOnceInRed) {
+  COut::SetConsoleOut(false);
+  COut::SetLogFileOut(L"/dev/full");
+  COutRecorder recorder;
+  // More than a stream buffer, so that a write reaches the device.
+  COut::Write(L"%s\n", CString(L'x', 70000));
+  COut::Write(L"zwei\n");
+  const auto messages = recorder.Messages();
+  ASSERT_EQ(messages.size(), 3u);
+  EXPECT_EQ(messages[1].sText, CString(L"Fehler: Log-Datei /dev/full konnte nicht geschrieben werden.\n"));
+  EXPECT_EQ(messages[1].color, ZoColorRGBA::c_RED);
+  EXPECT_EQ(messages[2].sText, CString(L"zwei\n"));
 }
 
 TEST_F(COutTest, TheLogNarrowsWithTheGlobalLocale) {

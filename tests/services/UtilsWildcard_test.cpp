@@ -65,3 +65,27 @@ TEST(UtilsWildcard, AnEmptyWildcardMatchesOnlyTheEmptyText) {
   EXPECT_TRUE(matches(L"", L""));
   EXPECT_FALSE(matches(L"", L"x"));
 }
+
+TEST(UtilsWildcard, ABoundedRegexRefusesTooDeepNestingAndTooLongPatterns) {
+  const CString nested = CString(L'(', 20000) + L"a" + CString(L')', 20000);
+  EXPECT_THROW(Utils::CompileBoundedRegex(nested, true), std::regex_error);
+  EXPECT_THROW(Utils::CompileBoundedRegex(CString(L'a', 5000), true), std::regex_error);
+  // Escaped parentheses and those of a character class are no groups.
+  CString escaped;
+  for (int i = 0; i < 150; ++i) escaped += L"\\(";
+  EXPECT_NO_THROW(Utils::CompileBoundedRegex(escaped + L"[(((]", true));
+  EXPECT_NO_THROW(Utils::CompileBoundedRegex(CString(L'(', 100) + L"a" + CString(L')', 100), true));
+}
+
+TEST(UtilsWildcard, ABoundedRegexMatchesAMillionCharactersWithoutRecursion) {
+  const std::wregex expression = Utils::CompileBoundedRegex(L"x(a|b)*c", true);
+  const std::wstring text = L"x" + std::wstring(1000000, L'a') + L"c";
+  EXPECT_TRUE(std::regex_match(text, expression));
+  EXPECT_TRUE(std::regex_search(L"..." + text, expression));
+  EXPECT_FALSE(std::regex_match(text + L"d", expression));
+}
+
+TEST(UtilsWildcard, ABoundedRegexIgnoresCaseOnlyWhenAsked) {
+  EXPECT_TRUE(std::regex_match(std::wstring(L"GEO"), Utils::CompileBoundedRegex(L"geo", false)));
+  EXPECT_FALSE(std::regex_match(std::wstring(L"GEO"), Utils::CompileBoundedRegex(L"geo", true)));
+}

@@ -6,6 +6,7 @@
 #include <random>
 
 #include "WholeFile.h"
+#include "foundation/SystemPath.h"
 
 namespace fs = std::filesystem;
 
@@ -19,7 +20,7 @@ TempDirectory::TempDirectory() {
 
 TempDirectory::~TempDirectory() {
   std::error_code ignored;
-  fs::remove_all(fs::path(m_sPath.ToUtf8()), ignored);
+  fs::remove_all(fs::path(PathToSystem(m_sPath)), ignored);
 }
 
 void TempDirectory::WriteFile(const CString& name, const std::string& bytes) const {
@@ -27,11 +28,11 @@ void TempDirectory::WriteFile(const CString& name, const std::string& bytes) con
 }
 
 void TempDirectory::MakeDirectory(const CString& name) const {
-  fs::create_directories(fs::path((m_sPath + name).ToUtf8()));
+  fs::create_directories(fs::path(PathToSystem(m_sPath + name)));
 }
 
-std::string TempDirectory::ReadBytes(const CString& path) { return TestSupport::ReadWholeFile(path.ToUtf8()); }
+std::string TempDirectory::ReadBytes(const CString& path) { return TestSupport::ReadWholeFile(PathToSystem(path)); }
 
 void TempDirectory::WriteBytes(const CString& path, const std::string& bytes) {
-  TestSupport::WriteWholeFile(path.ToUtf8(), bytes);
+  TestSupport::WriteWholeFile(PathToSystem(path), bytes);
 }

@@ -17,7 +17,7 @@ TestSuite::SUnitTest MakeClass(const wchar_t* name, const CString& dataDir,
 TestSuite::SPatternFilter Wildcard(const wchar_t* wildcard, unsigned int eAction) {
   TestSuite::SPatternFilter filter;
   filter.sPattern = wildcard;
-  filter.regex = TestSuite::Utils::GenerateWildcardRegex(wildcard, false);
+  filter.wildcard.emplace(wildcard, false);
   filter.eAction = eAction;
   return filter;
 }

@@ -5,6 +5,7 @@
 #include "BuiltInWiring.inc"
 #include "ZoTestSuiteEnvironment.h"
 #include "core/WiringContainer.h"
+#include "foundation/SystemPath.h"
 #include "foundation/WrCProduct.h"
 #include "foundation/XbDateTime.h"
 #include "foundation/XbException.h"
@@ -59,6 +60,21 @@ void warmUpTextServices() {
   XbDateTime::Now().ToString(L"Y-m-d H:i:s.v", true);
 }
 
+// The names of a library list file: a JSON array of texts. False for a
+// file that cannot be read, is no JSON, or has another shape; nothing of
+// such a file is used.
+bool readLibraryList(const CString& path, XbArray<CString>& libraries) {
+  std::string text;
+  if (!ZoFileSystem::ReadFile(path, text)) return false;
+  const nlohmann::json names = nlohmann::json::parse(text, nullptr, false);
+  if (!names.is_array()) return false;
+  for (const auto& name : names) {
+    if (!name.is_string()) return false;
+    libraries.Add(PathFromSystem(name.get<std::string>()));
+  }
+  return true;
+}
+
 }  // namespace
 
 CEnvironment::CEnvironment(const CString& configurationDirectory)
@@ -88,23 +104,29 @@ void CEnvironment::LoadDLL(const CString& name, bool fromConfiguration) {
   const CString fileName = name + L".so";
   const CString path = sConfigurationDirectory + fileName;
   if (!ZoFileSystem::Exists(path)) return;
-  if (ZoPlatform::Library::Load(path.ToUtf8())) {
+  for (const CString& failed : failedLibraries)
+    if (failed == path) return;
+  if (ZoPlatform::Library::Load(PathToSystem(path))) {
     ++uiLoadedLibraries;
     return;
   }
+  failedLibraries.Add(path);
   COut::Write(L"DLL '%s' konnte nicht geladen werden: %s", fileName,
               CString::FromUtf8(ZoPlatform::Library::GetLastError() + "\n"))
       .Color(ZoColorRGBA::c_GOLDENROD);
 }
 
 void CEnvironment::LoadTestDLLs() {
+  if (bConfigurationRead) return;
+  bConfigurationRead = true;
   const CString path = sConfigurationDirectory + L"ZoTestSuiteEnvironment.conf";
   if (!ZoFileSystem::Exists(path)) return;
-  std::string text;
-  ZoFileSystem::ReadFile(path, text);
-  const nlohmann::json names = nlohmann::json::parse(text);
   XbArray<CString> libraries;
-  for (const auto& name : names) libraries.Add(CString::FromUtf8(name.get<std::string>()));
+  if (!readLibraryList(path, libraries)) {
+    COut::Write(L"Warnung: %s ist keine JSON-Liste von Bibliotheksnamen und wird übergangen.\n", path)
+        .Color(ZoColorRGBA::c_GOLDENROD);
+    return;
+  }
   for (const CString& name : libraries) LoadDLL(name, true);
 }
 

@@ -58,6 +58,46 @@ void listCases(ZoUnitTest& test, SUnitTest& unitTest) {
   }
 }
 
+// One directory on the walk's path, linked to the one above it. A directory
+// found again on its own path is reached through a link cycle.
+struct SWalkStep {
+  ZoFileSystem::SFileIdentity identity;
+  std::shared_ptr<const SWalkStep> pAbove;
+};
+using WalkPath = std::shared_ptr<const SWalkStep>;
+
+struct SPendingDirectory {
+  CString sDir;
+  WalkPath pPath;  // the directory itself and all above it
+};
+using WorkList = XbArray<SPendingDirectory>;
+
+bool isOnPath(const ZoFileSystem::SFileIdentity& identity, const WalkPath& pPath) {
+  for (const SWalkStep* pStep = pPath.get(); pStep; pStep = pStep->pAbove.get())
+    if (pStep->identity == identity) return true;
+  return false;
+}
+
+// Puts a directory on the work list unless it is one of the directories
+// above it (a link such as "sub/up -> .."): then the cycle is walked once,
+// with a warning.
+void addToWorkList(const CString& dir, const WalkPath& pAbove, WorkList& workList) {
+  ZoFileSystem::SFileIdentity identity;
+  if (!ZoFileSystem::GetFileIdentity(dir, identity)) {
+    workList.Add({dir, pAbove});
+    return;
+  }
+  if (isOnPath(identity, pAbove)) {
+    COut::Write(
+        L"Warnung: Verzeichnis %s führt zurück in ein übergeordnetes Verzeichnis (Link-Zyklus) und wird "
+        L"übersprungen.\n",
+        dir)
+        .Color(ZoColorRGBA::c_GOLDENROD);
+    return;
+  }
+  workList.Add({dir, std::make_shared<const SWalkStep>(SWalkStep{identity, pAbove})});
+}
+
 // Removes the cases whose "Enable" is false; a case without the key stays.
 void dropDisabledCases(SUnitTest& unitTest) {
   std::erase_if(unitTest.Cases.Std(), [](const SUnitTest::SCase& testCase) {
@@ -70,10 +110,10 @@ void dropDisabledCases(SUnitTest& unitTest) {
 // that is no test class goes onto the work list to be searched; a test class
 // with at least one case goes into the result.
 void examineDirectory(const CString& dir, const CString& name, bool bDropDisabled, XbArray<SUnitTest>& result,
-                      XbArray<CString>& workList) {
+                      const WalkPath& pAbove, WorkList& workList) {
   const XbRTTI* pRtti = XbRTTI::Find(name);
   if (!pRtti || !pRtti->IsKindOf(ZoUnitTest::RTTI)) {
-    workList.Add(dir);
+    addToWorkList(dir, pAbove, workList);
     return;
   }
   if (pRtti == &ZoUnitTest::RTTI) {
@@ -99,16 +139,17 @@ void examineDirectory(const CString& dir, const CString& name, bool bDropDisable
 
 // Searches the directories of the work list, last in first out, until none
 // is left. Entries that are no directory are passed over.
-void scanWorkList(bool bDropDisabled, XbArray<SUnitTest>& result, XbArray<CString>& workList) {
+void scanWorkList(bool bDropDisabled, XbArray<SUnitTest>& result, WorkList& workList) {
   while (!workList.IsEmpty()) {
-    const CString dir = workList.Last();
+    const SPendingDirectory pending = workList.Last();
     workList.RemoveAt(workList.GetCount() - 1);
+    const CString& dir = pending.sDir;
     for (const ZoFileSystem::SEntry& entry : ZoFileSystem::ListDirectory(dir)) {
       if (!entry.bDirectory || entry.sName == L"." || entry.sName == L"..") continue;
       if (entry.sName.Find(c_sVersionControlMark) >= 0) continue;
       CString path = dir + entry.sName;
       Utils::AddBackslash(path);
-      examineDirectory(path, entry.sName, bDropDisabled, result, workList);
+      examineDirectory(path, entry.sName, bDropDisabled, result, pending.pPath, workList);
     }
   }
 }
@@ -136,13 +177,13 @@ void applyCaseLimit(XbArray<SUnitTest>& unitTests, unsigned int uiCaseLimit) {
 
 XbArray<SUnitTest> CollectUnitTests(const CString& dataDir, const SCollectOptions& options) {
   XbArray<SUnitTest> result;
-  XbArray<CString> workList;
+  WorkList workList;
 
   CString root = dataDir;
   Utils::AddBackslash(root);
   CString parent, leaf;
   Utils::SplitPathLeaf(root, parent, leaf);
-  examineDirectory(root, leaf, options.bDropDisabled, result, workList);
+  examineDirectory(root, leaf, options.bDropDisabled, result, nullptr, workList);
   scanWorkList(options.bDropDisabled, result, workList);
 
   std::sort(result.begin(), result.end(),

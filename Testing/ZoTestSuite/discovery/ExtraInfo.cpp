@@ -27,10 +27,6 @@ const char* const c_sRootTag = "ExtraInfo";
 const char* const c_sBoolParameters[] = {"Enable", "ReportMemLeak", "Parallel", "External", "Isolated"};
 const char* const c_sNumberParameters[] = {"TimeOutSec", "MessageReportMax"};
 
-// The file's 8-bit texts widened as the system widens all XML text; a
-// missing text is an empty one.
-CString widen(const char* text) { return text ? CString(text) : CString(); }
-
 template <std::size_t N>
 bool isOneOf(const char* name, const char* const (&names)[N]) {
   for (const char* candidate : names)
@@ -44,9 +40,9 @@ void warn(const wchar_t* format, const CString& className, const CString& elemen
 
 SUnitTest::SContact readContact(const XMLNode& contact) {
   SUnitTest::SContact result;
-  result.Name = widen(contact.getChildNode("Name").getText(0));
-  result.Email = widen(contact.getChildNode("Email").getText(0));
-  result.Role = widen(contact.getAttribute("role"));
+  result.Name = contact.getChildNode("Name").getWideText(0);
+  result.Email = contact.getChildNode("Email").getWideText(0);
+  result.Role = contact.getWideAttribute("role");
   return result;
 }
 
@@ -58,39 +54,47 @@ void storeParameter(const XMLNode& parameter, const CString& className, SUnitTes
   if (isOneOf(key, c_sBoolParameters)) {
     bool bValue = true;
     Utils::GetBool(parameter, bValue);
-    testCase.Params.SetAt(widen(key), XbVariant(bValue));
+    testCase.Params.SetAt(parameter.widen(key), XbVariant(bValue));
   } else if (isOneOf(key, c_sNumberParameters)) {
     unsigned int uiValue = 0;
     Utils::GetUInt32(parameter, uiValue);
-    testCase.Params.SetAt(widen(key), XbVariant(static_cast<std::uint32_t>(uiValue)));
+    testCase.Params.SetAt(parameter.widen(key), XbVariant(static_cast<std::uint32_t>(uiValue)));
   } else {
-    warn(L"Warnung XML '%s': Unbekannter Parameter '%s'.\n", className, widen(key));
+    warn(L"Warnung XML '%s': Unbekannter Parameter '%s'.\n", className, parameter.widen(key));
   }
 }
 
 // The expression of one TestCase element, or none when the element is meant
 // for another configuration. A missing `name` is the empty pattern, which
 // matches no case that has a name.
-std::optional<std::wregex> caseExpression(const XMLNode& element) {
-  const CString configuration = widen(element.getAttribute("configuration"));
+std::optional<Utils::CWildcard> caseExpression(const XMLNode& element) {
+  const CString configuration = element.getWideAttribute("configuration");
   if (!configuration.IsEmpty() && configuration != c_sBuildConfigurationName) return std::nullopt;
-  return Utils::GenerateWildcardRegex(widen(element.getAttribute("name")), true);
+  return Utils::CWildcard(element.getWideAttribute("name"), true);
 }
 
 // Every case against every applicable element, in document order, so the
 // last matching element wins for each key it mentions.
-void applyTestCases(const XbArray<XMLNode>& elements, SUnitTest& unitTest) {
+// A wildcard that is no valid pattern is warned about with the file's
+// path, and then none of the file's TestCase elements apply.
+void applyTestCases(const CString& path, const XbArray<XMLNode>& elements, SUnitTest& unitTest) {
   XbArray<XMLNode> applicable;
-  XbArray<std::wregex> expressions;
+  XbArray<Utils::CWildcard> expressions;
   for (const XMLNode& element : elements) {
-    std::optional<std::wregex> expression = caseExpression(element);
-    if (!expression) continue;
-    applicable.Add(element);
-    expressions.Add(std::move(*expression));
+    try {
+      std::optional<Utils::CWildcard> expression = caseExpression(element);
+      if (!expression) continue;
+      applicable.Add(element);
+      expressions.Add(std::move(*expression));
+    } catch (const std::regex_error&) {
+      COut::Write(L"Warnung: Ungültiges Muster '%s' in Datei %s.\n", element.getWideAttribute("name"), path)
+          .Color(ZoColorRGBA::c_GOLDENROD);
+      return;
+    }
   }
   for (SUnitTest::SCase& testCase : unitTest.Cases) {
     for (unsigned int i = 0; i < applicable.GetCount(); ++i) {
-      if (!std::regex_match(testCase.Name.Str(), expressions[i])) continue;
+      if (!expressions[i].Match(testCase.Name.Str(), true)) continue;
       const XMLNode& element = applicable[i];
       for (int child = 0; child < element.getChildCount(); ++child)
         storeParameter(element.getChildNode(child), unitTest.Name, testCase);
@@ -101,7 +105,7 @@ void applyTestCases(const XbArray<XMLNode>& elements, SUnitTest& unitTest) {
 }  // namespace
 
 void ReadExtraInfo(const CString& dataDir, SUnitTest& unitTest) {
-  const CString path = dataDir + widen(c_sFileName);
+  const CString path = dataDir + CString(c_sFileName);
   if (!ZoFileSystem::Exists(path)) return;
 
   XMLResults results;
@@ -118,9 +122,9 @@ void ReadExtraInfo(const CString& dataDir, SUnitTest& unitTest) {
     const char* elementName = name ? name : "";
     if (std::strcmp(elementName, "Contact") == 0) unitTest.Contacts.Add(readContact(child));
     else if (std::strcmp(elementName, "TestCase") == 0) testCaseElements.Add(child);
-    else warn(L"Warnung XML '%s': Unbekanntes Element '%s'.\n", unitTest.Name, widen(elementName));
+    else warn(L"Warnung XML '%s': Unbekanntes Element '%s'.\n", unitTest.Name, child.widen(elementName));
   }
-  if (!testCaseElements.IsEmpty()) applyTestCases(testCaseElements, unitTest);
+  if (!testCaseElements.IsEmpty()) applyTestCases(path, testCaseElements, unitTest);
 }
 
 }  // namespace TestSuite

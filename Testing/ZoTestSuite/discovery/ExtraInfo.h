@@ -17,8 +17,9 @@ namespace TestSuite {
 // parameters into the `Params` of the matching cases of `unitTest.Cases`.
 //
 // A missing file is normal and silent. Every other problem is a warning in
-// c_GOLDENROD; a file that does not parse is not applied at all. A `name`
-// wildcard that makes no valid expression raises std::regex_error.
+// c_GOLDENROD; a file that does not parse is not applied at all, and a
+// `name` wildcard that is no valid pattern is warned about with the file's
+// path, after which none of its TestCase elements apply.
 void ReadExtraInfo(const CString& dataDir, SUnitTest& unitTest);
 
 }  // namespace TestSuite

@@ -5,8 +5,9 @@ namespace TestSuite {
 
 EFilterResult ApplyPatternFilter(const CString& text, const SPatternFilter& filter, bool bFullMatch) {
   // A default-constructed expression has no automaton and matches nothing.
-  const bool bMatch =
-      bFullMatch ? std::regex_match(text.Str(), filter.regex) : std::regex_search(text.Str(), filter.regex);
+  const bool bMatch = filter.wildcard ? filter.wildcard->Match(text.Str(), bFullMatch)
+                      : bFullMatch    ? std::regex_match(text.Str(), filter.regex)
+                                      : std::regex_search(text.Str(), filter.regex);
   if (!bMatch) return FilterNeutral;
   return filter.eAction != 0 ? FilterExclude : FilterInclude;
 }

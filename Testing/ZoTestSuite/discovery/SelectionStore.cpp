@@ -13,9 +13,6 @@
 namespace TestSuite {
 namespace {
 
-// The file's 8-bit texts widened as all XML text is; a missing one is empty.
-CString widen(const char* text) { return text ? CString(text) : CString(); }
-
 CString caseKey(const CString& className, const CString& caseName) { return className + L":" + caseName; }
 
 // A `default` attribute: exactly "all" is All, any other text None. A
@@ -40,7 +37,7 @@ bool readCases(const XMLNode& unitTest, CSelectionStore::SData::SUnitTestSelecti
     const char* select = testCase.getAttribute("select");
     if (!select) return false;
     CSelectionStore::SData::SCaseSelection caseSelection;
-    caseSelection.sName = widen(testCase.getAttribute("name"));
+    caseSelection.sName = testCase.getWideAttribute("name");
     caseSelection.bSelect = std::strcmp(select, "true") == 0;
     selection.cases.Add(std::move(caseSelection));
   }
@@ -58,7 +55,7 @@ std::unique_ptr<CSelectionStore::SData> readFile(const CString& path) {
     const XMLNode unitTest = selection.getChildNode(i);
     if (!hasName(unitTest, "UnitTest")) return nullptr;
     CSelectionStore::SData::SUnitTestSelection unitTestSelection;
-    unitTestSelection.sName = widen(unitTest.getAttribute("name"));
+    unitTestSelection.sName = unitTest.getWideAttribute("name");
     if (!readDefault(unitTest, unitTestSelection.eDefault) || !readCases(unitTest, unitTestSelection)) return nullptr;
     data->unitTests.Add(std::move(unitTestSelection));
   }

@@ -1,6 +1,7 @@
 // CFile: reading a binary file through the platform's descriptor calls.
 #include "CFile.h"
 
+#include "SystemPath.h"
 #include "XbException.h"
 #include "platform/Files.h"
 
@@ -11,7 +12,7 @@ CFile::~CFile() { Close(); }
 bool CFile::Open(const CString& path, unsigned int flags) {
   Close();
   if ((flags & ~static_cast<unsigned int>(typeBinary)) != modeRead) return false;
-  m_iDescriptor = Files::OpenForReading(path.ToUtf8());
+  m_iDescriptor = Files::OpenForReading(PathToSystem(path));
   return IsOpen();
 }
 

@@ -5,6 +5,8 @@
 #include <cwctype>
 #include <ostream>
 
+#include "SystemPath.h"
+
 namespace {
 
 bool isSeparatorIn(wchar_t ch, const wchar_t* set) {
@@ -15,43 +17,63 @@ bool isSeparatorIn(wchar_t ch, const wchar_t* set) {
 
 bool isWhite(wchar_t ch) { return std::iswspace(static_cast<wint_t>(ch)) != 0; }
 
-// Decodes UTF-8; false when the bytes are not well-formed UTF-8.
-bool decodeUtf8(std::string_view in, std::wstring& out) {
+// The character of the well-formed UTF-8 sequence at `in[i]` and its length
+// in bytes, or a length of 0 when no well-formed sequence starts there.
+std::size_t decodeOne(std::string_view in, std::size_t i, char32_t& cp) {
+  const auto b0 = static_cast<unsigned char>(in[i]);
+  if (b0 < 0x80) {
+    cp = b0;
+    return 1;
+  }
+  std::size_t extra;
+  if (b0 >= 0xC2 && b0 <= 0xDF) {
+    extra = 1;
+    cp = b0 & 0x1F;
+  } else if (b0 >= 0xE0 && b0 <= 0xEF) {
+    extra = 2;
+    cp = b0 & 0x0F;
+  } else if (b0 >= 0xF0 && b0 <= 0xF4) {
+    extra = 3;
+    cp = b0 & 0x07;
+  } else return 0;
+  if (i + extra >= in.size()) return 0;
+  for (std::size_t k = 1; k <= extra; ++k) {
+    const auto b = static_cast<unsigned char>(in[i + k]);
+    if ((b & 0xC0) != 0x80) return 0;
+    cp = (cp << 6) | (b & 0x3F);
+  }
+  const bool overlong = (extra == 2 && cp < 0x800) || (extra == 3 && cp < 0x10000);
+  if (overlong || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return 0;
+  return extra + 1;
+}
+
+// Decodes UTF-8 where the bytes form it; every other byte becomes
+// `fallback(byte)`. Returns false if any byte needed the fallback.
+template <typename TFallback>
+bool decodeUtf8(std::string_view in, std::wstring& out, TFallback fallback) {
   out.clear();
   out.reserve(in.size());
-  std::size_t i = 0;
-  while (i < in.size()) {
-    const auto b0 = static_cast<unsigned char>(in[i]);
-    if (b0 < 0x80) {
-      out += static_cast<wchar_t>(b0);
+  bool bWellFormed = true;
+  for (std::size_t i = 0; i < in.size();) {
+    char32_t cp = 0;
+    const std::size_t length = decodeOne(in, i, cp);
+    if (length == 0) {
+      out += fallback(static_cast<unsigned char>(in[i]));
+      bWellFormed = false;
       ++i;
-      continue;
+    } else {
+      out += static_cast<wchar_t>(cp);
+      i += length;
     }
-    int extra;
-    char32_t cp;
-    if (b0 >= 0xC2 && b0 <= 0xDF) {
-      extra = 1;
-      cp = b0 & 0x1F;
-    } else if (b0 >= 0xE0 && b0 <= 0xEF) {
-      extra = 2;
-      cp = b0 & 0x0F;
-    } else if (b0 >= 0xF0 && b0 <= 0xF4) {
-      extra = 3;
-      cp = b0 & 0x07;
-    } else return false;
-    if (i + static_cast<std::size_t>(extra) >= in.size()) return false;
-    for (int k = 1; k <= extra; ++k) {
-      const auto b = static_cast<unsigned char>(in[i + static_cast<std::size_t>(k)]);
-      if ((b & 0xC0) != 0x80) return false;
-      cp = (cp << 6) | (b & 0x3F);
-    }
-    const bool overlong = (extra == 2 && cp < 0x800) || (extra == 3 && cp < 0x10000);
-    if (overlong || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return false;
-    out += static_cast<wchar_t>(cp);
-    i += static_cast<std::size_t>(extra) + 1;
   }
-  return true;
+  return bWellFormed;
 }
+
+// An undecodable byte of a file name, 80 to FF, is carried as U+DC80 to
+// U+DCFF: lone low surrogates, which no decoded text can contain.
+constexpr std::uint32_t c_uiEscapeBase = 0xDC00;
+
+bool isEscapedByte(std::uint32_t c) { return c >= c_uiEscapeBase + 0x80 && c <= c_uiEscapeBase + 0xFF; }
 
 void appendUtf8(std::string& out, char32_t cp) {
   if (cp < 0x80) {
@@ -86,17 +108,34 @@ std::uint32_t secondUtf16Unit(wchar_t ch) { return 0xDC00 + ((static_cast<std::u
 CString::CString(const char* text) : CString(std::string_view(text ? text : "")) {}
 
 CString::CString(std::string_view text) {
-  if (!decodeUtf8(text, m_s)) m_s = FromLatin1(text).m_s;
+  decodeUtf8(text, m_s, [](unsigned char b) { return static_cast<wchar_t>(b); });
 }
 
 CString CString::FromUtf8(std::string_view text) {
   CString s;
-  if (!decodeUtf8(text, s.m_s)) {
-    // Keep what can be kept: each ill-formed byte stands for itself.
+  // Keep what can be kept: each ill-formed byte stands for itself.
+  if (!decodeUtf8(text, s.m_s, [](unsigned char b) { return static_cast<wchar_t>(b); })) {
     s.m_s.clear();
     for (unsigned char b : text) s.m_s += static_cast<wchar_t>(b < 0x80 ? b : 0xFFFD);
   }
   return s;
+}
+
+CString PathFromSystem(std::string_view bytes) {
+  std::wstring text;
+  decodeUtf8(bytes, text, [](unsigned char b) { return static_cast<wchar_t>(c_uiEscapeBase + b); });
+  return CString(std::move(text));
+}
+
+std::string PathToSystem(const CString& path) {
+  std::string out;
+  out.reserve(path.Str().size());
+  for (wchar_t ch : path.Str()) {
+    const auto cp = static_cast<char32_t>(ch);
+    if (isEscapedByte(cp)) out += static_cast<char>(cp - c_uiEscapeBase);
+    else appendUtf8(out, (cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) ? 0xFFFD : cp);
+  }
+  return out;
 }
 
 CString CString::FromLatin1(std::string_view text) {

@@ -4,14 +4,15 @@
 #include <optional>
 #include <string>
 
+#include "SystemPath.h"
 #include "platform/Files.h"
 
 namespace Files = ZoPlatform::Files;
 
 namespace {
 
-std::string toSystem(const CString& path) { return path.ToUtf8(); }
-CString fromSystem(const std::string& path) { return CString(std::string_view(path)); }
+std::string toSystem(const CString& path) { return PathToSystem(path); }
+CString fromSystem(const std::string& path) { return PathFromSystem(path); }
 
 CString withSeparator(CString directory) {
   if (directory.IsEmpty() || directory[directory.GetLength() - 1] != L'/') directory += L'/';
@@ -57,6 +58,13 @@ bool ZoFileSystem::DeleteFileW(const CString& path) { return Files::RemoveFile(t
 
 bool ZoFileSystem::CopyFileW(const CString& from, const CString& to, bool failIfExists) {
   return Files::CopyFile(toSystem(from), toSystem(to), failIfExists);
+}
+
+bool ZoFileSystem::GetFileIdentity(const CString& path, SFileIdentity& identity) {
+  const auto status = Files::GetStatus(toSystem(path));
+  if (!status) return false;
+  identity = {status->uiDevice, status->uiInode};
+  return true;
 }
 
 std::int64_t ZoFileSystem::GetFileSize(const CString& path) {

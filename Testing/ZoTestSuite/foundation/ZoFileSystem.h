@@ -23,7 +23,17 @@ class ZoFileSystem {
     bool bDirectory = false;
   };
 
+  // What names a file on this machine whatever path reaches it (links
+  // followed): device and inode.
+  struct SFileIdentity {
+    std::uint64_t uiDevice = 0;
+    std::uint64_t uiInode = 0;
+    bool operator==(const SFileIdentity&) const = default;
+  };
+
   static bool Exists(const CString& path);  // file or directory
+  // False if the path names nothing reachable.
+  static bool GetFileIdentity(const CString& path, SFileIdentity& identity);
   static bool IsDirectory(const CString& path);
   // One level; true if it was made. An existing directory gives false.
   static bool CreateDirectoryW(const CString& path);

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <vector>
 
+#include "SystemPath.h"
 #include "XbException.h"
 
 struct ZoStreamWriteASCIIFile::SImpl {
@@ -16,7 +17,7 @@ struct ZoStreamWriteASCIIFile::SImpl {
 ZoStreamWriteASCIIFile::ZoStreamWriteASCIIFile(const CString& path, int, int, int) : m_impl(std::make_unique<SImpl>()) {
   // The buffer must be set before the file is opened to take effect.
   m_impl->file.rdbuf()->pubsetbuf(m_impl->buffer.data(), static_cast<std::streamsize>(m_impl->buffer.size()));
-  m_impl->file.open(path.ToUtf8(), std::ios::binary | std::ios::out | std::ios::trunc);
+  m_impl->file.open(PathToSystem(path), std::ios::binary | std::ios::out | std::ios::trunc);
   if (!m_impl->file.is_open()) XB_THROW("ZoStreamWriteASCIIFile::ZoStreamWriteASCIIFile");
 }
 

@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "foundation/SystemPath.h"
 #include "foundation/platform/Process.h"
 
 namespace TestSuite::Report {
@@ -20,7 +21,7 @@ std::function<void(const CString&)>& opener() {
 void openWithDesktop(const CString& path) {
   ZoPlatform::Process::CChild starter;
   ZoPlatform::Process::SSpawnRequest request;
-  request.arguments = {"setsid", "-f", "xdg-open", path.ToUtf8()};
+  request.arguments = {"setsid", "-f", "xdg-open", PathToSystem(path)};
   request.eStreams = ZoPlatform::Process::EStandardStreams::eNull;
   if (starter.Start(request)) starter.WaitFor(5000);
 }

@@ -5,6 +5,7 @@
 #include <map>
 #include <vector>
 
+#include "foundation/SystemPath.h"
 #include "foundation/XbException.h"
 #include "report/MarkupWriter.h"
 #include "services/COut.h"
@@ -136,7 +137,7 @@ void WriteJUnitReport(const CString& path, const SData& data) {
   if (path.IsEmpty()) return;
   try {
     const std::string bytes = makeDocument(data).ToUtf8();
-    std::ofstream file(path.ToUtf8(), std::ios::binary | std::ios::trunc);
+    std::ofstream file(PathToSystem(path), std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     file.close();
     if (!file) XB_THROW("Report::WriteJUnitReport");

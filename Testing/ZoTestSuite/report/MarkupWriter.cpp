@@ -121,6 +121,10 @@ CString CMarkupWriter::Clean(const CString& text) {
   std::wstring result;
   result.reserve(text.Str().size());
   for (const wchar_t c : text.Str()) {
+    if (c >= 0xDC80 && c <= 0xDCFF) {
+      result += L'?';
+      continue;
+    }
     if (!IsAllowedCharacter(c)) continue;
     if (const wchar_t* entity = entityOf(c)) result += entity;
     else result += c;

@@ -60,8 +60,10 @@ class CMarkupWriter {
   // A copy of `text` fit for a report: refused characters are dropped
   // without a trace (a character beyond U+FFFF, which UTF-16 holds as a
   // surrogate pair, goes whole); the five XML specials and the German
-  // letters Ä Ö Ü ß ä ö ü become entities; all else is copied. Knows no
-  // earlier escaping: "&amp;" becomes "&amp;amp;".
+  // letters Ä Ö Ü ß ä ö ü become entities; an undecodable byte of a file
+  // name (U+DC80 to U+DCFF, see SystemPath.h) becomes '?', as the 8-bit
+  // report shows every character it cannot hold; all else is copied. Knows
+  // no earlier escaping: "&amp;" becomes "&amp;amp;".
   static CString Clean(const CString& text);
 
  private:

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "foundation/ZoFileSystem.h"
+#include "report/MarkupWriter.h"
 #include "services/COut.h"
 #include "services/Utils.h"
 #include "services/xml/XMLNode.h"
@@ -15,12 +16,7 @@ namespace {
 
 // The 8-bit text of a node's first child of that name, widened; empty if
 // there is none.
-CString textOf(const XMLNode& parent, const char* name) {
-  const char* text = parent.getChildNode(name, 0).getText(0);
-  return text ? CString(text) : CString();
-}
-
-CString widen(const char* text) { return text ? CString(text) : CString(); }
+CString textOf(const XMLNode& parent, const char* name) { return parent.getChildNode(name, 0).getWideText(0); }
 
 unsigned int uintOf(const XMLNode& parent, const char* name) {
   unsigned int value = 0;
@@ -114,7 +110,7 @@ void readClasses(const XMLNode& root, SData& data) {
   for (int i = 0; i < count; ++i) {
     const XMLNode node = classes.getChildNode("Class", &position);
     SClassData row;
-    row.Name = widen(node.getAttribute("Name"));
+    row.Name = node.getWideAttribute("Name");
     row.CasesTotal = uintOf(node, "CasesTotal");
     row.Errors = uintOf(node, "Errors");
     row.Failures = uintOf(node, "Failures");
@@ -130,8 +126,8 @@ SCaseData readCase(const XMLNode& node) {
   SCaseData row;
   const char* id = node.getAttribute("id");
   row.Id = id ? static_cast<unsigned int>(std::strtoul(id, nullptr, 10)) : 0;
-  row.ClassName = widen(node.getAttribute("classname"));
-  row.CaseName = widen(node.getAttribute("name"));
+  row.ClassName = node.getWideAttribute("classname");
+  row.CaseName = node.getWideAttribute("name");
   row.Time = doubleOf(node, "time");
   row.Memory = uint64Of(node, "memory");
   row.MemoryDelta = int64Of(node, "memorydelta");
@@ -145,7 +141,10 @@ SCaseData readCase(const XMLNode& node) {
   for (int i = 0; i < dumps; ++i) {
     const XMLNode dump = result.getChildNode("dump", &position);
     const char* type = dump.getAttribute("type");
-    row.Dumps.Add(SDump{!(type && std::strcmp(type, "info") == 0), widen(dump.getText(0))});
+    // A run's record holds its dumps escaped; so does a loaded one, so
+    // that writing it again gives the same file and case output never
+    // becomes markup.
+    row.Dumps.Add(SDump{!(type && std::strcmp(type, "info") == 0), Utils::CMarkupWriter::Clean(dump.getWideText(0))});
   }
   return row;
 }

@@ -77,6 +77,10 @@ void PrintCaseResult(const SCaseResult& row, bool bShowTimes, bool bShowThreadIn
   COut::Write(L"%s", line).Color(color);
   COut::Write(L"\n");
   COut::Write(L"%s", row.sOutput);
+  // Output cut at its limit (or never ended) ends mid-line: the next case
+  // line starts on a line of its own.
+  const CString& output = row.sOutput;
+  if (!output.IsEmpty() && output[output.GetLength() - 1] != L'\n') COut::Write(L"\n");
 }
 
 CString FormatTime(double x, int digits) {

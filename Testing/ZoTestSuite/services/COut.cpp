@@ -6,6 +6,7 @@
 #include <fstream>
 #include <memory>
 
+#include "foundation/SystemPath.h"
 #include "foundation/XbArray.h"
 #include "foundation/XbCriticalSection.h"
 
@@ -18,6 +19,7 @@ struct SChannel {
   bool bConsole = true;
   CString sLogPath;
   std::unique_ptr<std::wofstream> pLog;
+  bool bLogFailed = false;            // said once; the log is then left alone
   XbArray<COut::ZoCustomOut*> sinks;  // not owned
 };
 
@@ -36,14 +38,33 @@ void writeConsole(const wchar_t* text) {
   std::fflush(stdout);
 }
 
+// The log shows what the console shows: an escaped byte of a file name (a
+// lone surrogate, which no locale can narrow) as U+FFFD.
+std::wstring forLog(const wchar_t* text) {
+  std::wstring line(text);
+  for (wchar_t& ch : line)
+    if (ch >= 0xD800 && ch <= 0xDFFF) ch = 0xFFFD;
+  return line;
+}
+
 void writeLog(SChannel& ch, const wchar_t* text) {
   if (!ch.sLogPath.IsEmpty()) {
-    // Opened once per non-empty stretch of the path; a failed stream stays.
-    if (!ch.pLog) ch.pLog = std::make_unique<std::wofstream>(ch.sLogPath.ToUtf8(), std::ios::out | std::ios::trunc);
-    *ch.pLog << text;
-    ch.pLog->flush();
+    if (ch.bLogFailed) return;
+    // Opened once per non-empty stretch of the path.
+    if (!ch.pLog)
+      ch.pLog = std::make_unique<std::wofstream>(PathToSystem(ch.sLogPath), std::ios::out | std::ios::trunc);
+    if (ch.pLog->is_open()) {
+      *ch.pLog << forLog(text);
+      ch.pLog->flush();
+    }
+    if (ch.pLog->is_open() && ch.pLog->good()) return;
+    // A log that cannot be opened or written (a full disk) is said once on
+    // the other outputs; this line itself no longer reaches the log.
+    ch.bLogFailed = true;
+    COut::Write(L"Fehler: Log-Datei %s konnte nicht geschrieben werden.\n", ch.sLogPath).Color(ZoColorRGBA::c_RED);
   } else if (ch.pLog) {
     ch.pLog.reset();
+    ch.bLogFailed = false;
   }
 }
 

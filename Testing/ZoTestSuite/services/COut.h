@@ -24,9 +24,11 @@
 //   - Setting another non-empty path while the file is open changes
 //     nothing: output stays on the first file until an empty path has been
 //     set and a message written, which closes it.
-//   - A file that cannot be opened, or a character that the locale cannot
-//     narrow, leaves the stream failed: later log output is lost silently
-//     for the life of that stream, while console and custom sinks go on.
+//   - A file that cannot be opened or written (a full disk), or a character
+//     that the locale cannot narrow, leaves the stream failed: the line
+//     "Fehler: Log-Datei %s konnte nicht geschrieben werden.\n" goes once to
+//     console and custom sinks, later log output is lost for the life of
+//     that stream, and console and custom sinks go on.
 #pragma once
 
 #include <utility>

@@ -65,6 +65,16 @@ CString RunProcess(const CString& executable, const CString& arguments, const CS
 // be an invalid expression: then std::regex_error leaves this function.
 std::wregex GenerateWildcardRegex(const CString& wildcard, bool caseSensitive);
 
+// A regular expression of the user's (ECMAScript) compiled so that neither
+// its compilation nor a match can exhaust the stack: the compiler descends
+// once per nesting level and per item, so a pattern longer than
+// c_uiMaxRegexLength or nested deeper than c_uiMaxRegexNesting is refused,
+// and matching walks the text by a set of states instead of by recursion
+// (which leaves out back-references). Refusals are std::regex_error.
+inline constexpr std::size_t c_uiMaxRegexLength = 4096;
+inline constexpr std::size_t c_uiMaxRegexNesting = 100;
+std::wregex CompileBoundedRegex(const CString& expression, bool caseSensitive);
+
 // --- Values of XML nodes -----------------------------------------------------
 // Each reads the node's first text. The target's prior value is the
 // default: where nothing is said, it stays as it is. Bad values are never

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/SystemPath.h"
 #include "foundation/platform/Process.h"
 #include "services/Utils.h"
 
@@ -48,7 +49,7 @@ CString RunProcess(const CString& executable, const CString& arguments, const CS
                    std::uint32_t timeoutSeconds) {
   ZoPlatform::Process::SSpawnRequest request;
   request.arguments = splitCommandLine(executable + L" " + arguments);
-  request.sWorkingDirectory = workingDirectory.ToUtf8();
+  request.sWorkingDirectory = PathToSystem(workingDirectory);
   ZoPlatform::Process::CChild child;
   if (!child.Start(request)) return startFailure(executable, arguments, workingDirectory);
   // The limit in milliseconds is a 32-bit product, as it always was.

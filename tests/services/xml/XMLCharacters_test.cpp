@@ -68,3 +68,14 @@ TEST(XMLCharacters, PositionCountsLinesAndCharacters) {
   XMLComputePosition("ab", 99, &line, &column);  // stops at the end of the text
   EXPECT_EQ(column, 3);
 }
+
+TEST(XMLCharacters, OneByteEncodingsAreThoseOfTheIso8859AndLatinFamilies) {
+  EXPECT_TRUE(XMLDeclaresSingleByteEncoding("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><a/>"));
+  EXPECT_TRUE(XMLDeclaresSingleByteEncoding("\n <?XML version='1.0' encoding = 'latin1' ?><a/>"));
+  EXPECT_TRUE(XMLDeclaresSingleByteEncoding("<?xml encoding=\"windows-1252\"?>"));
+  EXPECT_FALSE(XMLDeclaresSingleByteEncoding("<?xml version=\"1.0\" encoding=\"UTF-8\"?><a/>"));
+  EXPECT_FALSE(XMLDeclaresSingleByteEncoding("<?xml version=\"1.0\"?><a encoding=\"ISO-8859-1\"/>"));
+  EXPECT_FALSE(XMLDeclaresSingleByteEncoding("<a encoding=\"ISO-8859-1\"/>"));
+  EXPECT_FALSE(XMLDeclaresSingleByteEncoding("<?xml encoding=\"ISO-8859-1\""));  // never closed
+  EXPECT_FALSE(XMLDeclaresSingleByteEncoding(""));
+}

@@ -238,3 +238,31 @@ TEST(XMLNode, ParseFileSkipsAUtf8Mark) {
 }
 
 TEST(XMLNode, ParseStringSkipsAUtf8Mark) { EXPECT_EQ(str(parse("\xEF\xBB\xBF<a/>").getName()), "a"); }
+
+// The declared encoding decides how texts widen.
+TEST(XMLNode, ADocumentDeclaredIso88591WidensOneBytePerCharacter) {
+  const XMLNode root = parse(
+      "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<r a=\"\xC3\xA4\">caf\xE9 \xC3\xA4<c>&#228;</c></r>", "r");
+  EXPECT_EQ(root.getWideText(0), CString(L"caf\u00E9 \u00C3\u00A4"));
+  EXPECT_EQ(root.getWideAttribute("a"), CString(L"\u00C3\u00A4"));
+  EXPECT_EQ(root.getChildNode("c", 0).getWideText(0), CString(L"\u00E4"));
+  EXPECT_EQ(str(root.getText(0)), "caf\xE9 \xC3\xA4");  // the narrow text is the file's bytes
+}
+
+TEST(XMLNode, AnUndeclaredDocumentWidensUtf8AndEachStrayByteAsItsLatin1Letter) {
+  const XMLNode root = parse("<r a=\"\xE4\">caf\xC3\xA9 \xE4</r>");
+  EXPECT_EQ(root.getWideText(0), CString(L"caf\u00E9 \u00E4"));
+  EXPECT_EQ(root.getWideAttribute("a"), CString(L"\u00E4"));
+}
+
+TEST(XMLNode, ADocumentDeclaredUtf8WidensAsUtf8) {
+  const XMLNode root = parse("<?xml version='1.0' encoding='utf-8'?><r>\xC3\xA4</r>", "r");
+  EXPECT_EQ(root.getWideText(0), CString(L"\u00E4"));
+}
+
+TEST(XMLNode, WideLookUpsOfWhatIsMissingAreEmpty) {
+  const XMLNode root = parse("<r/>");
+  EXPECT_TRUE(root.getWideText(0).IsEmpty());
+  EXPECT_TRUE(root.getWideAttribute("a").IsEmpty());
+  EXPECT_TRUE(XMLNode().getWideText(0).IsEmpty());
+}

@@ -17,6 +17,9 @@ struct SFileStatus {
   // Microseconds since the epoch; 0 where the file system keeps no birth time.
   std::uint64_t uiBirthTime = 0;
   std::uint64_t uiModificationTime = 0;
+  // Together they name the file on this machine, whatever path reached it.
+  std::uint64_t uiDevice = 0;
+  std::uint64_t uiInode = 0;
 
   // The birth time where the file system keeps it, else the modification time.
   std::uint64_t GetCreationTime() const { return uiBirthTime ? uiBirthTime : uiModificationTime; }

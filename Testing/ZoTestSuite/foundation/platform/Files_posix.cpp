@@ -78,6 +78,8 @@ std::optional<SFileStatus> statusOf(int directory, const char* path, int flags) 
   status.iSize = static_cast<std::int64_t>(st.stx_size);
   status.uiModificationTime = toMicroseconds(st.stx_mtime);
   if (st.stx_mask & STATX_BTIME) status.uiBirthTime = toMicroseconds(st.stx_btime);
+  status.uiDevice = (static_cast<std::uint64_t>(st.stx_dev_major) << 32) | st.stx_dev_minor;
+  status.uiInode = st.stx_ino;
   return status;
 }
 

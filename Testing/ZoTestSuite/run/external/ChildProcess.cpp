@@ -4,6 +4,7 @@
 
 #include <atomic>
 
+#include "foundation/SystemPath.h"
 #include "foundation/ZoFileSystem.h"
 
 namespace TestSuite {
@@ -37,9 +38,9 @@ CString CFrontEndStarter::GetProgramPath() const { return GetProgramDirectory() 
 
 std::unique_ptr<SChildProcess> CFrontEndStarter::Start(const CString& sDataDir, const SCaseContext& context) {
   Process::SSpawnRequest request;
-  request.arguments.push_back(GetProgramPath().ToUtf8());
+  request.arguments.push_back(PathToSystem(GetProgramPath()));
   for (std::string& word : ComposeChildArguments(sDataDir, context)) request.arguments.push_back(std::move(word));
-  request.sWorkingDirectory = GetProgramDirectory().ToUtf8();
+  request.sWorkingDirectory = PathToSystem(GetProgramDirectory());
   request.eStreams = Process::EStandardStreams::eNull;
   Process::CChild child;
   if (!child.Start(request)) return nullptr;
@@ -55,7 +56,7 @@ std::vector<std::string> ComposeChildArguments(const CString& sDataDir, const SC
   CString dataDir = sDataDir;
   if (!dataDir.IsEmpty() && dataDir.Right(1) == L"/") dataDir = dataDir.Left(dataDir.GetLength() - 1);
   return {"-d",
-          dataDir.ToUtf8(),
+          PathToSystem(dataDir),
           "-x",
           "--memory-id",
           context.sMemoryId.ToUtf8(),

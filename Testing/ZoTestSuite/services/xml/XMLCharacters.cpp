@@ -1,6 +1,9 @@
 // XMLCharacters: the lead-byte table, name comparison and positions.
 #include "services/xml/XMLCharacters.h"
 
+#include <cstring>
+#include <string_view>
+
 namespace TestSuite {
 
 namespace {
@@ -37,6 +40,38 @@ bool XMLPrefixEqual(const char* a, const char* b, std::size_t uiLength) {
     if (!b[i] || XMLLowerAscii(a[i]) != XMLLowerAscii(b[i])) return false;
   }
   return true;
+}
+
+namespace {
+
+// The value of the `encoding` pseudo-attribute of a leading "<?xml ... ?>",
+// or empty.
+std::string_view declaredEncoding(const char* sText) {
+  const char* p = sText;
+  while (XMLIsWhite(*p)) ++p;
+  if (!XMLPrefixEqual("<?xml", p, 5)) return {};
+  const char* pEnd = std::strstr(p, "?>");
+  if (!pEnd) return {};
+  const std::string_view declaration(p, static_cast<std::size_t>(pEnd - p));
+  const std::size_t uiName = declaration.find("encoding");
+  if (uiName == std::string_view::npos) return {};
+  std::size_t i = uiName + 8;
+  while (i < declaration.size() && (XMLIsWhite(declaration[i]) || declaration[i] == '=')) ++i;
+  if (i >= declaration.size() || (declaration[i] != '"' && declaration[i] != '\'')) return {};
+  const std::size_t uiClose = declaration.find(declaration[i], i + 1);
+  if (uiClose == std::string_view::npos) return {};
+  return declaration.substr(i + 1, uiClose - i - 1);
+}
+
+}  // namespace
+
+bool XMLDeclaresSingleByteEncoding(const char* sText) {
+  const std::string_view sEncoding = declaredEncoding(sText);
+  for (const char* sFamily : {"iso-8859", "iso8859", "iso_8859", "latin", "l1", "windows-125", "cp125", "cp819"}) {
+    const std::size_t uiLength = std::strlen(sFamily);
+    if (sEncoding.size() >= uiLength && XMLPrefixEqual(sFamily, sEncoding.data(), uiLength)) return true;
+  }
+  return false;
 }
 
 void XMLComputePosition(const char* sText, std::size_t uiOffset, int* piLine, int* piColumn) {

@@ -39,6 +39,11 @@ bool XMLNamesEqual(const char* a, const char* b);
 // stops with false at a terminating zero of `b`.
 bool XMLPrefixEqual(const char* a, const char* b, std::size_t uiLength);
 
+// True if the document opens with an XML declaration whose encoding is a
+// one-byte code page (ISO-8859-1 and its kin): its bytes are characters.
+// UTF-8, UTF-16 and a document without declaration are read as UTF-8.
+bool XMLDeclaresSingleByteEncoding(const char* sText);
+
 // Line and column of byte offset `uiOffset` in `sText`, both counted from
 // 1: a line feed starts a new line at column 1, every other character adds
 // one column.

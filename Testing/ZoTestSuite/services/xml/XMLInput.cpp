@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "foundation/CString.h"
+#include "foundation/SystemPath.h"
 
 namespace TestSuite {
 
@@ -39,7 +40,7 @@ void appendUtf8(std::string* pOut, unsigned int uiCode) {
 
 XMLError CXMLInput::ReadFile(const wchar_t* sPath) {
   if (!sPath) return eXMLErrorCannotOpenWriteFile;
-  const std::string sUtf8Path = CString(sPath).ToUtf8();
+  const std::string sUtf8Path = PathToSystem(CString(sPath));
   std::error_code error;
   // A directory has no content to read, and opening a FIFO or a device would
   // wait for a writer: only a regular file is read.

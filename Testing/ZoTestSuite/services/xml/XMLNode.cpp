@@ -41,6 +41,11 @@ XMLNode XMLNode::parseString(const char* text, const char* firstTag, XMLResults*
   return CXMLParser::Parse(CXMLInput::SkipUtf8Mark(text), firstTag, results);
 }
 
+CString XMLNode::widen(const char* text) const {
+  if (!text) return CString();
+  return (m_data && m_data->bLatin1) ? CString::FromLatin1(text) : CString(text);
+}
+
 const char* XMLNode::getName() const { return m_data ? m_data->sName : nullptr; }
 
 const char* XMLNode::getText(int index) const {

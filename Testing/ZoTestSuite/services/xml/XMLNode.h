@@ -5,7 +5,8 @@
 //
 // Texts are narrow: the bytes of the file, UTF-8 passed through, entities
 // and numeric references decoded (a reference becomes one byte, the low
-// eight bits of its value). Names are compared without regard to ASCII
+// eight bits of its value); the wide look-ups widen them by the document's
+// declared encoding. Names are compared without regard to ASCII
 // case. The reader checks little beyond the balance of tags; it does not
 // validate and knows no namespaces. Declarations ("<?" ... "?>") have no
 // close tag and hold what follows them as their children. Comments, CDATA,
@@ -15,6 +16,8 @@
 // Reference counts are not atomic and parses must not overlap: a tree
 // belongs to one thread.
 #pragma once
+
+#include "foundation/CString.h"
 
 namespace TestSuite {
 
@@ -85,6 +88,17 @@ class XMLNode {
   // the same iteration as getChildNode.
   const char* getAttribute(const char* name, int* position = nullptr) const;
   int nAttribute() const;
+
+  // The same texts widened as the document's declared encoding says: a
+  // document declared ISO-8859-1 (or another one-byte code page) one byte
+  // per character; UTF-8 or no declaration as UTF-8 where the bytes form
+  // it and byte by byte as ISO-8859-1 where they do not. Empty where the
+  // narrow look-up gives null.
+  CString getWideText(int index = 0) const { return widen(getText(index)); }
+  CString getWideAttribute(const char* name, int* position = nullptr) const {
+    return widen(getAttribute(name, position));
+  }
+  CString widen(const char* text) const;
   bool isDeclaration() const;
   XMLNode getParentNode() const;
 

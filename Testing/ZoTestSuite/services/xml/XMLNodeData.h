@@ -31,6 +31,9 @@ struct XMLNodeData {
   int iClearCount = 0;
   int iAttributeCount = 0;
   bool bDeclaration = false;  // opened with "<?"
+  // The document declares a one-byte encoding (ISO-8859-1): each byte of
+  // its texts is one character.
+  bool bLatin1 = false;
   // Plain pointer: a child does not keep its parent alive. It is reset to
   // null when the parent goes, so a detached node never points into freed
   // memory.

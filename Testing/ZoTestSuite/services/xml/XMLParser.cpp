@@ -73,7 +73,8 @@ XMLNode CXMLParser::Parse(const char* sText, const char* sFirstTag, XMLResults* 
   return XMLNode(pNode);
 }
 
-CXMLParser::CXMLParser(const char* sText) : m_sText(sText), m_tokens(sText) {}
+CXMLParser::CXMLParser(const char* sText)
+    : m_sText(sText), m_bSingleByte(XMLDeclaresSingleByteEncoding(sText)), m_tokens(sText) {}
 
 CXMLParser::~CXMLParser() {
   for (std::size_t i = 0; i < m_children.Size(); ++i) XMLNodeDataRelease(m_children[i]);
@@ -344,6 +345,7 @@ XMLNodeData* CXMLParser::buildNode(const SFrame& frame) {
 
   pNode->sName = frame.bRoot ? nullptr : text(frame.uiName);
   pNode->bDeclaration = frame.bDeclaration;
+  pNode->bLatin1 = m_bSingleByte;
   XMLNodeData* const* pChildren = m_children.Data() + frame.uiChildMark;
   for (int i = 0; i < layout.iChildCount; ++i) {
     pChildren[i]->pParent = pNode;

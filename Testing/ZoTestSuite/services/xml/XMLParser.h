@@ -91,6 +91,7 @@ class CXMLParser {
   XMLNodeData* buildNode(const SFrame& frame);
 
   const char* m_sText;
+  bool m_bSingleByte;  // every node of the document is marked with it
   CXMLTokenizer m_tokens;
   XMLError m_eError = eXMLErrorNone;
   std::size_t m_uiErrorOffset = 0;
