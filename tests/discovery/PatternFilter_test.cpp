@@ -6,6 +6,7 @@
 
 #include "UnitTestRecords.h"
 #include "ZoTestSuiteTree.h"
+#include "services/Utils.h"
 
 using TestSuite::ApplyMultiplePatternFilters;
 using TestSuite::ApplyPatternFilter;
@@ -92,4 +93,29 @@ TEST(PatternFilterTest, ClassAndCaseJoinedByAColonAreOneText) {
   const SPatternFilter filter = Wildcard(L"Geometry:Torus*", 0);
   EXPECT_EQ(ApplyPatternFilter(L"Geometry:Torus 2", filter, true), FilterInclude);
   EXPECT_EQ(ApplyPatternFilter(L"Torus 2", filter, true), FilterNeutral);
+}
+
+// A wildcard is matched without a regular expression: a 30,000-character
+// case name and a 90,000-character wildcard are ordinary input.
+TEST(PatternFilterTest, AWildcardMatchesAThirtyThousandCharacterNameInFull) {
+  const CString name = CString(L"Klasse:") + CString(L'n', 30000);
+  EXPECT_EQ(ApplyPatternFilter(name, Wildcard(L"*", 0), true), FilterInclude);
+  EXPECT_EQ(ApplyPatternFilter(name, Wildcard(L"klasse:*N", 1), true), FilterExclude);
+  EXPECT_EQ(ApplyPatternFilter(name, Wildcard(L"*x*", 0), false), FilterNeutral);
+}
+
+TEST(PatternFilterTest, ANinetyThousandCharacterWildcardMatchesAndMissesWithoutHarm) {
+  const std::wstring pattern = std::wstring(89999, L'n') + L"*";
+  const SPatternFilter filter = Wildcard(pattern.c_str(), 0);
+  EXPECT_EQ(ApplyPatternFilter(CString(L'n', 90000), filter, true), FilterInclude);
+  EXPECT_EQ(ApplyPatternFilter(CString(L'n', 30000), filter, true), FilterNeutral);
+  EXPECT_EQ(ApplyPatternFilter(L"Geometry", filter, false), FilterNeutral);
+}
+
+// A regular expression of the user's is compiled bounded: a long text does
+// not make its match recurse.
+TEST(PatternFilterTest, ABoundedRegexMatchesAThirtyThousandCharacterName) {
+  SPatternFilter filter;
+  filter.regex = TestSuite::Utils::CompileBoundedRegex(L".*", true);
+  EXPECT_EQ(ApplyPatternFilter(CString(L'n', 30000), filter, true), FilterInclude);
 }

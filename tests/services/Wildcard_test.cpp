@@ -82,9 +82,9 @@ TEST(Wildcard, AThirtyThousandCharacterNameMatchesAStar) {
 }
 
 TEST(Wildcard, ANinetyThousandCharacterPatternMatchesWithoutRecursion) {
-  const std::wstring pattern = std::wstring(45000, L'a') + L"*z" + std::wstring(44998, L'b') + L"?";
+  const std::wstring pattern = std::wstring(45000, L'a') + L"*z" + std::wstring(44997, L'b') + L"?";
   ASSERT_EQ(pattern.size(), 90000u);
-  const std::wstring name = std::wstring(45000, L'a') + L"xyz" + std::wstring(44998, L'b') + L"c";
+  const std::wstring name = std::wstring(45000, L'a') + L"xyz" + std::wstring(44997, L'b') + L"c";
   const CWildcard wildcard(pattern, true);
   EXPECT_TRUE(wildcard.Match(name, true));
   EXPECT_FALSE(wildcard.Match(name.substr(0, name.size() - 2), true));
