@@ -89,7 +89,7 @@ TEST(Reports, XmlReportLoadsBackAsTheRunWas) {
   const Report::SCaseData* talking = findCase(data, L"c_info.case");
   ASSERT_NE(talking, nullptr);
   ASSERT_EQ(talking->Dumps.GetCount(), 1u);
-  EXPECT_EQ(talking->Dumps[0].Text, L"Grüße <aus> dem Test");
+  EXPECT_EQ(talking->Dumps[0].Text, L"Gr&#252;&#223;e &lt;aus&gt; dem Test");  // escaped, as the run held it
   EXPECT_FALSE(talking->Dumps[0].IsError);
   const Report::SCaseData* leaking = findCase(data, L"d_leak.case");
   ASSERT_NE(leaking, nullptr);

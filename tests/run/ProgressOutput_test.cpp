@@ -167,3 +167,21 @@ TEST(PrintSummary, FailuresWarningsAndFailedClasses) {
                     L"\tFehlerhaft:\t1 Test, 1 Klasse\n\tMit Warnung:\t1 Test, 2 Klassen\n\nFehlerhafte Klassen:\n"
                     L"\tSchlecht: 1 fehlerhafte Testfälle\n"));
 }
+
+// Output cut at its limit ends mid-line; the next case line must not start
+// behind it.
+TEST(PrintCase, OutputThatEndsMidLineIsFollowedByALineEnd) {
+  SCaseResult row;
+  row.eResult = Run::eCaseOk;
+  row.sOutput = L"INFO:  erste\nabgeschnitt";
+  COutRecorder recorder;
+  PrintCaseResult(row, false, false);
+  const auto messages = recorder.Messages();
+  ASSERT_EQ(messages.size(), 4u);
+  EXPECT_EQ(messages[2].sText, CString(L"INFO:  erste\nabgeschnitt"));
+  EXPECT_EQ(messages[3].sText, CString(L"\n"));
+  recorder.Clear();
+  row.sOutput = L"INFO:  ganz\n";
+  PrintCaseResult(row, false, false);
+  EXPECT_EQ(recorder.Messages().size(), 3u);
+}
