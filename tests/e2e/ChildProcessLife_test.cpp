@@ -182,3 +182,18 @@ TEST_F(ChildProcessLife, AChildThatEndedWhileTheParentWasBusyIsReplacedAndCostsN
       << "the leak of a.case reached the row of c.case: " << xml.substr(row);
   EXPECT_TRUE(waitFor([this] { return nothingRuns(); }, 10));
 }
+
+// A child whose parent (the creator that the block's id names) is not its
+// parent any more, because it died before the child could ask to die with
+// it, serves nothing and ends at once, quietly.
+TEST_F(ChildProcessLife, AChildWhoseParentDiedBeforeItStartedEndsAtOnce) {
+  CTree tree;
+  const std::string orphanId = "00000001" + std::string(24, 'A');
+  const SCliResult result = CliTest::RunProgram(m_frontEnd.Program(),
+                                                {"-d", tree.Path(), "-x", "--memory-id", orphanId, "--request-event-id",
+                                                 orphanId + "R", "--response-event-id", orphanId + "S"},
+                                                30);
+  EXPECT_FALSE(result.bTimedOut);
+  EXPECT_EQ(result.iExitCode, 0) << result.sStderr;
+  EXPECT_TRUE(result.sStderr.empty()) << result.sStderr;
+}
