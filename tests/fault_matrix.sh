@@ -71,7 +71,7 @@ run() {
   TMPDIR="$TMP" timeout 120 "$CLI" -d "$data" ${MODES[$mode]} -v --no-times --no-color --xml "$R" "$@" \
     >"$WORK/out" 2>"$WORK/err" &
   PID=$!
-  wait $PID
+  wait $PID 2>/dev/null
   STATUS=$?
   OUT=$(cat "$WORK/out" "$WORK/err")
 }
@@ -122,7 +122,7 @@ for m in "${MODE_ORDER[@]}"; do
   kill -TERM $PID
   sleep 0.3
   kill -TERM $PID
-  wait $PID
+  wait $PID 2>/dev/null
   row 2 "$m" "TERM,TERM st=$?" "" $PID "$TMP"
 done
 D2K="$WORK/d2k"
