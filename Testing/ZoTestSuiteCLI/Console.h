@@ -9,8 +9,9 @@ bool IsStandardOutputTerminal();
 int GetTerminalWidth();
 
 // Installs the Ctrl-C handler, which also takes SIGTERM and SIGHUP: the
-// first signal raises the cancel flag, a second one ends the process at once
-// with status 130. SIGPIPE is ignored.
+// first signal raises the cancel flag, a second one kills the known children,
+// removes the names the process made in /dev/shm and ends the process at
+// once with status 130. SIGPIPE is ignored.
 void InstallInterruptHandler();
 bool IsInterrupted();
 

@@ -6,6 +6,7 @@
 #include <atomic>
 
 #include "Console.h"
+#include "foundation/platform/AbnormalEnd.h"
 
 namespace TestSuite::CLI {
 
@@ -13,8 +14,13 @@ namespace {
 
 std::atomic<int> g_interrupts{0};
 
+// A second signal ends the process at once; its children and the names it
+// made in /dev/shm must not outlive it for that.
 void onInterrupt(int) {
-  if (g_interrupts.fetch_add(1) >= 1) _exit(130);
+  if (g_interrupts.fetch_add(1) >= 1) {
+    ZoPlatform::AbnormalEnd::KillChildrenAndRemoveFiles();
+    _exit(130);
+  }
   static const char message[] = "\nAbbruch angefordert (noch einmal Ctrl-C beendet sofort).\n";
   [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, message, sizeof message - 1);
 }

@@ -12,6 +12,9 @@
 #include "TerminalSink.h"
 #include "foundation/SystemPath.h"
 #include "foundation/XbException.h"
+#include "foundation/ZoUniqueId.h"
+#include "foundation/platform/Process.h"
+#include "run/external/ExternalObjectSweep.h"
 #include "services/COut.h"
 
 namespace TestSuite::CLI {
@@ -102,11 +105,21 @@ int recreate(SSetup& setup, CEnvironment& env) {
   return IsInterrupted() ? sc_iExitFailed : sc_iExitPassed;
 }
 
+// The child goes when its parent goes, even one killed with SIGKILL. The
+// parent made the block, so the block's id names the parent; a parent that
+// died before the request was made leaves nothing to serve.
+int serveParent(const SSetup& setup, CEnvironment& env) {
+  const std::uint32_t parent = GetUniqueIdProcessId(setup.sMemoryId);
+  if (parent != 0 && !ZoPlatform::Process::EndWithParent(parent)) return sc_iExitPassed;
+  Run::RunExternalExecution(setup, env);
+  return sc_iExitPassed;
+}
+
 int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
   SSetup& setup = commandLine.setup;
   CEnvironment env;
   switch (commandLine.eMode) {
-    case EMode::Child: Run::RunExternalExecution(setup, env); return sc_iExitPassed;
+    case EMode::Child: return serveParent(setup, env);
     case EMode::Recreate: return recreate(setup, env);
     case EMode::DiffSelection:
     case EMode::FailedSelection: return RunSelectionTool(commandLine.eMode, setup);
@@ -173,8 +186,14 @@ int RunFrontEnd(SCommandLine& commandLine) {
   }
   InstallInterruptHandler();
   setup.callbacks.fnIsCanceled = [] { return IsInterrupted(); };
+  // A run killed before it could clean up left its names; they go with the
+  // next start. A child leaves that to its parent.
+  if (commandLine.eMode != EMode::Child) RemoveStaleExternalObjects();
   try {
-    return dispatch(commandLine, sink);
+    const int status = dispatch(commandLine, sink);
+    // Processes that cases forked in this process do not outlive the run.
+    ZoPlatform::Process::KillStrayChildren();
+    return status;
   } catch (const XbException& error) {
     std::fprintf(stderr, "ZoTestSuiteCLI: interner Fehler in %s\n", error.what());
   } catch (const std::exception& error) { std::fprintf(stderr, "ZoTestSuiteCLI: interner Fehler: %s\n", error.what()); }

@@ -18,6 +18,7 @@
 #include "discovery_Warnings.h"
 #include "foundation/SystemPath.h"
 #include "foundation/ZoFileSystem.h"
+#include "foundation/platform/FailureInjection.h"
 #include "foundation/platform/Library.h"
 #include "services_COutRecorder.h"
 
@@ -89,6 +90,17 @@ TEST_F(CollectUnitTestsTest, EmptyRootThatIsNoClassGivesEmptyListSilently) {
   m_tree.WriteFile(L"Alpha", "a file, not a directory");
   EXPECT_TRUE(Collect().IsEmpty());
   EXPECT_TRUE(m_recorder.Messages().empty());
+}
+
+// A directory that cannot be listed holds nothing for the scan: no class,
+// no crash; the classes found before stay.
+TEST_F(CollectUnitTestsTest, ADirectoryThatCannotBeListedGivesNoClasses) {
+  Class(L"Alpha", {"a1"});
+  {
+    ZoPlatform::FailureInjection::CScopedFailure failure(ZoPlatform::FailureInjection::EOperation::eDirectoryListing);
+    EXPECT_EQ(Collect().GetCount(), 0u);
+  }
+  EXPECT_EQ(Collect().GetCount(), 1u);
 }
 
 TEST_F(CollectUnitTestsTest, ClassesBelowPlainDirectoriesAreFoundWithTheirCasesInClassOrder) {

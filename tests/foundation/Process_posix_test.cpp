@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include "TempDirectory.h"
@@ -135,4 +139,85 @@ TEST(Process, MovingHandsOverTheChild) {
   EXPECT_FALSE(first.IsStarted());
   ASSERT_TRUE(second.WaitFor(60000));
   EXPECT_EQ(second.GetExitStatus().iCode, 2);
+}
+
+// Process groups: a child that leads one takes what it started along.
+
+namespace {
+
+// True while process `pid` exists and is no zombie.
+bool isRunning(int pid) {
+  std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+  std::string text((std::istreambuf_iterator<char>(stat)), std::istreambuf_iterator<char>());
+  const std::size_t end = text.rfind(')');
+  return end != std::string::npos && end + 2 < text.size() && text[end + 2] != 'Z' && text[end + 2] != 'X';
+}
+
+bool endsWithin(int pid, int seconds) {
+  for (int i = 0; i < seconds * 100 && isRunning(pid); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  return !isRunning(pid);
+}
+
+// Starts a shell in a group of its own that leaves a `sleep` behind, and
+// gives the sleep's id once the shell has written it to `pidFile`.
+int startWithGrandchild(CChild& child, const std::string& pidFile, const char* after) {
+  SSpawnRequest request = shell(("sleep 300 & echo $! > " + pidFile + "; " + after).c_str());
+  request.bOwnProcessGroup = true;
+  if (!child.Start(request)) return 0;
+  for (int i = 0; i < 6000; ++i) {
+    std::ifstream file(pidFile);
+    int pid = 0;
+    if (file >> pid && pid > 0) return pid;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return 0;
+}
+
+}  // namespace
+
+TEST(Process, KillingAChildThatLeadsItsGroupKillsTheGroup) {
+  TempDirectory directory;
+  CChild child;
+  const int grandchild = startWithGrandchild(child, directory.Path().ToUtf8() + "pid", "wait");
+  ASSERT_GT(grandchild, 0);
+  ASSERT_TRUE(isRunning(grandchild));
+  child.Kill();
+  EXPECT_TRUE(endsWithin(grandchild, 10));
+}
+
+TEST(Process, AChildThatLeadsItsGroupAndEndedTakesTheGroupWhenFoundDead) {
+  TempDirectory directory;
+  CChild child;
+  const int grandchild = startWithGrandchild(child, directory.Path().ToUtf8() + "pid", "exit 0");
+  ASSERT_GT(grandchild, 0);
+  ASSERT_TRUE(child.WaitFor(60000));
+  EXPECT_EQ(child.GetExitStatus().iCode, 0);
+  EXPECT_TRUE(endsWithin(grandchild, 10));
+}
+
+TEST(Process, AChildInTheParentsGroupLeavesWhatItStartedAlone) {
+  TempDirectory directory;
+  const std::string pidFile = directory.Path().ToUtf8() + "pid";
+  CChild child;
+  ASSERT_TRUE(child.Start(shell(("sleep 300 & echo $! > " + pidFile + "; exit 0").c_str())));
+  ASSERT_TRUE(child.WaitFor(60000));
+  int grandchild = 0;
+  std::ifstream(pidFile) >> grandchild;
+  ASSERT_GT(grandchild, 0);
+  EXPECT_TRUE(isRunning(grandchild));
+  CChild killer;  // the test's own clean-up
+  ASSERT_TRUE(killer.Start(shell(("kill -9 " + std::to_string(grandchild)).c_str())));
+  EXPECT_TRUE(killer.WaitFor(60000));
+}
+
+TEST(Process, ExistsTellsALiveProcessFromAnEndedOne) {
+  CChild child;
+  ASSERT_TRUE(child.Start(shell("exit 0")));
+  const int pid = child.GetId();
+  ASSERT_TRUE(child.WaitFor(60000));
+  EXPECT_FALSE(ZoPlatform::Process::Exists(static_cast<std::uint32_t>(pid)));
+  EXPECT_FALSE(ZoPlatform::Process::Exists(0));
+  CChild sleeper;
+  ASSERT_TRUE(sleeper.Start(shell("exec sleep 300")));
+  EXPECT_TRUE(ZoPlatform::Process::Exists(static_cast<std::uint32_t>(sleeper.GetId())));
 }

@@ -65,3 +65,10 @@ TEST(ZoUniqueId, AnotherProcessGivesAnotherId) {
       },
       testing::ExitedWithCode(0), "");
 }
+
+TEST(ZoUniqueId, TheIdNamesTheProcessThatMadeIt) {
+  EXPECT_EQ(GetUniqueIdProcessId(ZoUniqueIdT<CString>::GetUniqueID()), ZoPlatform::System::GetProcessId());
+  EXPECT_EQ(GetUniqueIdProcessId(L"0000002A"), 42u);
+  EXPECT_EQ(GetUniqueIdProcessId(L"not-an-id"), 0u);
+  EXPECT_EQ(GetUniqueIdProcessId(L"12"), 0u);
+}

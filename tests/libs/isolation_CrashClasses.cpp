@@ -1,6 +1,7 @@
 // isolation_CrashClasses: the test library of the isolation tests. Its
 // classes do what must cost one case and not the run when the case runs in
-// a child process: crash, end the process, hang, flood the output, leak.
+// a child process: crash, end the process, hang, flood the output, leak,
+// leave processes behind.
 // Each class lists fixed subtests, so an empty directory named after the
 // class is all the data it needs. Only child processes and the front end
 // load it; a test program must never run these cases in process.
@@ -13,6 +14,7 @@
 
 #include "ZoAssertDialog.h"
 #include "ZoUnitTest.h"
+#include "isolation_ProcessCalls.h"
 #include "platform/System.h"
 
 namespace {
@@ -139,3 +141,17 @@ class IsoSlow : public ZoUnitTest {
   }
 };
 XB_IMPLEMENT_DYNCREATE(IsoSlow, ZoUnitTest);
+
+// "forkSleeper" leaves a copy of its process behind that sleeps for five
+// minutes; "killGroup" sends SIGTERM to its own process group. Both pass.
+class IsoProcess : public ZoUnitTest {
+  XB_DECLARE_DYNCREATE(IsoProcess)
+ protected:
+  void OnInitSubtests(XbArray<CString>& names) override { addNames(names, {L"forkSleeper", L"killGroup"}); }
+  EResult OnRunSubtest(unsigned int index) override {
+    if (GetSubtestName(index) == L"forkSleeper") IsolationProcessCalls::LeaveSleepingProcess(300);
+    else IsolationProcessCalls::TerminateOwnProcessGroup();
+    return eSuccess;
+  }
+};
+XB_IMPLEMENT_DYNCREATE(IsoProcess, ZoUnitTest);

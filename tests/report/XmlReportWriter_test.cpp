@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "TempDirectory.h"
+#include "foundation/platform/FailureInjection.h"
 #include "report_Fixtures.h"
 #include "services_COutRecorder.h"
 
@@ -169,6 +170,32 @@ TEST(XmlReportWriterTest, ExistingFileIsReplaced) {
   TempDirectory::WriteBytes(path, std::string(100000, 'x'));
   WriteXmlReport(path, MakeEmptyReport());
   EXPECT_EQ(ReadBytes(path).find('x' + std::string(10, 'x')), std::string::npos);
+}
+
+// A report that cannot be opened leaves the file of an earlier run as it
+// was; one whose writing fails half-way says so.
+TEST(XmlReportWriterTest, AFailedOpenSaysSoAndLeavesTheEarlierReport) {
+  TempDirectory directory;
+  const CString path = directory / L"report.xml";
+  TempDirectory::WriteBytes(path, "earlier");
+  COutRecorder recorder;
+  {
+    ZoPlatform::FailureInjection::CScopedFailure failure(ZoPlatform::FailureInjection::EOperation::eFileOpen);
+    WriteXmlReport(path, MakeFixedReport());
+  }
+  EXPECT_EQ(recorder.Text(), L"XML-Report " + path + L" konnte nicht erzeugt werden.\n");
+  EXPECT_EQ(ReadBytes(path), "earlier");
+}
+
+TEST(XmlReportWriterTest, AFailedWriteSaysSo) {
+  TempDirectory directory;
+  const CString path = directory / L"report.xml";
+  COutRecorder recorder;
+  {
+    ZoPlatform::FailureInjection::CScopedFailure failure(ZoPlatform::FailureInjection::EOperation::eFileWrite);
+    WriteXmlReport(path, MakeFixedReport());
+  }
+  EXPECT_EQ(recorder.Text(), L"XML-Report " + path + L" konnte nicht erzeugt werden.\n");
 }
 
 }  // namespace

@@ -29,3 +29,15 @@ CString ZoUniqueIdT<CString>::GetUniqueID() {
   const std::uint32_t counter = s_counter.fetch_add(1, std::memory_order_relaxed);
   return FormatString(L"%08X%08X%016I64X", ZoPlatform::System::GetProcessId(), counter, randomBits());
 }
+
+std::uint32_t GetUniqueIdProcessId(const CString& id) {
+  if (id.GetLength() < 8) return 0;
+  std::uint32_t pid = 0;
+  for (int i = 0; i < 8; ++i) {
+    const wchar_t ch = id[i];
+    const int digit = ch >= L'0' && ch <= L'9' ? ch - L'0' : ch >= L'A' && ch <= L'F' ? ch - L'A' + 10 : -1;
+    if (digit < 0) return 0;
+    pid = pid * 16 + static_cast<std::uint32_t>(digit);
+  }
+  return pid;
+}

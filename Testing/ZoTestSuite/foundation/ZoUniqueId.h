@@ -9,6 +9,8 @@
 // that had the same id.
 #pragma once
 
+#include <cstdint>
+
 #include "CString.h"
 
 template <typename TString>
@@ -19,3 +21,7 @@ class ZoUniqueIdT {
 
 template <>
 CString ZoUniqueIdT<CString>::GetUniqueID();
+
+// The id of the process that made `id`, read from its first eight digits;
+// 0 if `id` does not begin so.
+std::uint32_t GetUniqueIdProcessId(const CString& id);

@@ -25,8 +25,9 @@ bool writeCase(SWorkBlock& block, const SUnitTest& unitTest, const SUnitTest::SC
     return false;
   }
   StoreRunOptions(block, options);
-  block.eResult = Run::eCaseUnknown;
-  block.uiOutputLength = 0;
+  // A child that never takes the case must not leave the figures of the
+  // case before in its row.
+  ClearBlockOutcome(block);
   block.uiRepetition = row.uiRepetition;
   block.uiRunDate = runDate;
   return true;

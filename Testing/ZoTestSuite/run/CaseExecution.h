@@ -21,6 +21,7 @@ class CNamedEvent;
 // still holds is terminated when it goes.
 struct SCaseContext {
   std::unique_ptr<IWorkBuffer> heapBuffer;
+  CString sDataDir;  // what its children are started with
   CString sMemoryId;
   CString sRequestEventId;
   CString sResponseEventId;

@@ -72,13 +72,7 @@ CString makeLeakDump(CHeapTracker& tracker) {
 }  // namespace
 
 void RunCaseInBlock(SWorkBlock& block, IRunClock& clock) {
-  block.uiOutputLength = 0;
-  block.output[0] = 0;
-  block.eResult = Run::eCaseUnknown;
-  block.iMemoryDelta = 0;
-  block.uiAllocCount = 0;
-  block.uiMemoryPeak = 0;
-  block.dTime = 0.0;
+  ClearBlockOutcome(block);
   Run::ECaseResult result = Run::eCaseUnknown;
 
   const CString className = LoadBlockText(block.sClassName, SWorkBlock::sc_uiTextUnits);

@@ -94,6 +94,16 @@ SRunOptions LoadRunOptions(const SWorkBlock& block) {
   return o;
 }
 
+void ClearBlockOutcome(SWorkBlock& block) {
+  block.uiOutputLength = 0;
+  block.output[0] = 0;
+  block.eResult = Run::eCaseUnknown;
+  block.iMemoryDelta = 0;
+  block.uiAllocCount = 0;
+  block.uiMemoryPeak = 0;
+  block.dTime = 0.0;
+}
+
 void ResetWorkBlock(SWorkBlock& block) {
   std::memset(static_cast<void*>(&block), 0, sizeof block);
   StoreRunOptions(block, SRunOptions());

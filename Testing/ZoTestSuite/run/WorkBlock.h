@@ -95,6 +95,10 @@ static_assert(sizeof(SWorkBlock) == 2103408);
 void StoreRunOptions(SWorkBlock& block, const SRunOptions& options);
 // Reads the block's option fields.
 SRunOptions LoadRunOptions(const SWorkBlock& block);
+// The outcome of a case that has not run, or whose process was lost:
+// eCaseUnknown, no output, no memory figures, no time. Touches the outcome
+// fields and the output's first unit only.
+void ClearBlockOutcome(SWorkBlock& block);
 // Resets the block to the run options' defaults with the result eCaseUnknown and no output.
 void ResetWorkBlock(SWorkBlock& block);
 

@@ -51,6 +51,14 @@ int OpenForReading(const std::string& path);
 std::int64_t ReadSome(int descriptor, void* data, std::size_t size);
 std::optional<SFileStatus> GetOpenFileStatus(int descriptor);
 void CloseDescriptor(int descriptor);
+// A file created or emptied for writing, by descriptor; -1 if it cannot be
+// opened.
+int OpenForWriting(const std::string& path);
+// All `size` bytes, retried after an interruption; false if not all could
+// be written (a full disk).
+bool WriteAll(int descriptor, const void* data, std::size_t size);
+// Closes, and tells whether the file's last writes reached it.
+bool CloseWritten(int descriptor);
 // Entries without "." and ".."; a symbolic link counts as what it points to.
 bool ListDirectory(const std::string& path, std::vector<SDirectoryEntry>& entries);
 

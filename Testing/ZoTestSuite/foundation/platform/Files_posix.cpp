@@ -9,11 +9,16 @@
 #include <cstdlib>
 #include <memory>
 
+#include "FailureInjection.h"
 #include "Files.h"
 
 namespace ZoPlatform::Files {
 
 namespace {
+
+using FailureInjection::EOperation;
+
+bool injected(EOperation operation) { return FailureInjection::ShouldFail(operation); }
 
 std::uint64_t toMicroseconds(const struct statx_timestamp& t) {
   if (t.tv_sec < 0) return 0;
@@ -42,6 +47,10 @@ class CDescriptor {
 };
 
 bool writeAll(int fd, const char* data, std::size_t size) {
+  if (injected(EOperation::eFileWrite)) {
+    errno = ENOSPC;
+    return false;
+  }
   while (size > 0) {
     const ssize_t n = ::write(fd, data, size);
     if (n < 0 && errno == EINTR) continue;
@@ -110,6 +119,7 @@ bool CopyFile(const std::string& from, const std::string& to, bool failIfExists)
 
 bool ReadWholeFile(const std::string& path, std::string& bytes) {
   bytes.clear();
+  if (injected(EOperation::eFileOpen)) return false;
   // Opening a FIFO for reading would wait for a writer: open without
   // waiting, and read regular files only.
   CDescriptor in(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -130,6 +140,7 @@ bool ReadWholeFile(const std::string& path, std::string& bytes) {
 }
 
 int OpenForReading(const std::string& path) {
+  if (injected(EOperation::eFileOpen)) return -1;
   // Non-blocking, so that a FIFO without a writer is refused rather than waited for.
   const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (fd < 0) return -1;
@@ -155,8 +166,24 @@ void CloseDescriptor(int descriptor) {
   if (descriptor >= 0) ::close(descriptor);
 }
 
+int OpenForWriting(const std::string& path) {
+  if (injected(EOperation::eFileOpen)) return -1;
+  return ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+}
+
+bool WriteAll(int descriptor, const void* data, std::size_t size) {
+  return writeAll(descriptor, static_cast<const char*>(data), size);
+}
+
+bool CloseWritten(int descriptor) {
+  if (descriptor < 0) return false;
+  const bool closed = ::close(descriptor) == 0;
+  return closed && !injected(EOperation::eFileWrite);
+}
+
 bool ListDirectory(const std::string& path, std::vector<SDirectoryEntry>& entries) {
   entries.clear();
+  if (injected(EOperation::eDirectoryListing)) return false;
   const std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(path.c_str()), ::closedir);
   if (!dir) return false;
   const std::string prefix = path.empty() || path.back() == '/' ? path : path + '/';

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <mutex>
 
+#include "AbnormalEnd.h"
 #include "NamedSemaphore.h"
 
 namespace ZoPlatform::NamedSemaphore {
@@ -24,6 +25,12 @@ bool isValidName(const std::string& name) {
 }
 
 std::string systemName(const std::string& name) { return "/" + name; }
+
+// Where the semaphore appears in the file system, for a removal from a
+// signal handler.
+std::string filePath(const std::string& name) {
+  return std::string(sc_szObjectDirectory) + "/" + sc_szFilePrefix + name;
+}
 
 sem_t* handle(void* semaphore) { return static_cast<sem_t*>(semaphore); }
 
@@ -65,6 +72,7 @@ bool CSemaphore::Create(const std::string& name, unsigned int initial, int* erro
   if (!isValidName(name)) return fail(EINVAL, error);
   sem_t* semaphore = openSemaphore(name, O_CREAT | O_EXCL, initial);
   if (semaphore == SEM_FAILED) return fail(errno, error);
+  AbnormalEnd::AddFile(filePath(name));
   m_pSemaphore = semaphore;
   return true;
 }
@@ -104,7 +112,11 @@ EWaitResult CSemaphore::Wait(std::uint32_t milliseconds) {
   }
 }
 
-bool Remove(const std::string& name) { return isValidName(name) && ::sem_unlink(systemName(name).c_str()) == 0; }
+bool Remove(const std::string& name) {
+  if (!isValidName(name)) return false;
+  AbnormalEnd::RemoveFile(filePath(name));
+  return ::sem_unlink(systemName(name).c_str()) == 0;
+}
 
 bool Exists(const std::string& name) {
   if (!isValidName(name)) return false;

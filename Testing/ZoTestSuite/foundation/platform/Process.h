@@ -26,6 +26,10 @@ struct SSpawnRequest {
   // The child's working directory; empty keeps the parent's.
   std::string sWorkingDirectory;
   EStandardStreams eStreams = EStandardStreams::eInherit;
+  // The child leads a process group of its own: a signal to the parent's
+  // group (a terminal's Ctrl-C, a kill(0, …) of a sibling) does not reach
+  // it, and killing it kills all that it started and left in its group.
+  bool bOwnProcessGroup = false;
 };
 
 // How a reaped child ended.
@@ -56,8 +60,9 @@ class CChild {
   // True if the child has ended (and is reaped), false on time-out or if
   // nothing was started.
   bool WaitFor(std::uint32_t milliseconds);
-  // Sends SIGKILL to a running child and reaps it. Does nothing if nothing
-  // runs.
+  // Sends SIGKILL to a running child (to its whole group, where it leads
+  // one) and reaps it. Does nothing if nothing runs. A child that leads a
+  // group and is found to have ended takes its group with it as well.
   void Kill();
 
   bool IsStarted() const { return m_iPid > 0 || m_bReaped; }
@@ -68,13 +73,27 @@ class CChild {
   int GetId() const { return m_iPid; }
 
  private:
+  bool hasEnded(bool block);
   bool tryReap(bool block);
   void release();
 
   int m_iPid = 0;
   int m_iPidFd = -1;  // -1 where pidfd_open is not available
+  bool m_bGroup = false;
   bool m_bReaped = false;
   SExitStatus m_exitStatus;
 };
+
+// True while a process of that id exists (a zombie counts).
+bool Exists(std::uint32_t pid);
+
+// Asks the kernel to kill this process when the thread that started it
+// ends. False if this process's parent is no longer `expectedParent`: it
+// died before the request, which then comes too late.
+bool EndWithParent(std::uint32_t expectedParent);
+
+// Kills and reaps every child of this process that no CChild owns (a
+// process that a case forked in process, say), and gives their number.
+unsigned int KillStrayChildren();
 
 }  // namespace ZoPlatform::Process

@@ -1,9 +1,11 @@
 // Child processes of the platform on Linux: posix_spawn, a pidfd to wait
 // on (waitpid polling where the kernel has none), SIGKILL and waitpid.
+#include <dirent.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,9 +14,15 @@
 #include <cerrno>
 #include <chrono>
 #include <climits>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
 #include <thread>
 #include <utility>
+#include <vector>
 
+#include "AbnormalEnd.h"
+#include "FailureInjection.h"
 #include "Process.h"
 
 extern char** environ;
@@ -42,14 +50,20 @@ struct SSpawnSetup {
 };
 
 // The child starts with no blocked signals and the default action for
-// every signal, whatever the parent has ignored or blocked.
-int prepareSignals(posix_spawnattr_t& attributes) {
+// every signal, whatever the parent has ignored or blocked; in a group of
+// its own if asked.
+int prepareAttributes(posix_spawnattr_t& attributes, bool ownGroup) {
   sigset_t none, all;
   sigemptyset(&none);
   sigfillset(&all);
   posix_spawnattr_setsigmask(&attributes, &none);
   posix_spawnattr_setsigdefault(&attributes, &all);
-  return posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  short flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+  if (ownGroup) {
+    posix_spawnattr_setpgroup(&attributes, 0);
+    flags |= POSIX_SPAWN_SETPGROUP;
+  }
+  return posix_spawnattr_setflags(&attributes, flags);
 }
 
 int prepareActions(posix_spawn_file_actions_t& actions, const SSpawnRequest& request) {
@@ -89,6 +103,7 @@ CChild::~CChild() { release(); }
 CChild::CChild(CChild&& other) noexcept
     : m_iPid(std::exchange(other.m_iPid, 0)),
       m_iPidFd(std::exchange(other.m_iPidFd, -1)),
+      m_bGroup(std::exchange(other.m_bGroup, false)),
       m_bReaped(std::exchange(other.m_bReaped, false)),
       m_exitStatus(other.m_exitStatus) {}
 
@@ -97,6 +112,7 @@ CChild& CChild::operator=(CChild&& other) noexcept {
     release();
     m_iPid = std::exchange(other.m_iPid, 0);
     m_iPidFd = std::exchange(other.m_iPidFd, -1);
+    m_bGroup = std::exchange(other.m_bGroup, false);
     m_bReaped = std::exchange(other.m_bReaped, false);
     m_exitStatus = other.m_exitStatus;
   }
@@ -118,29 +134,46 @@ bool CChild::Start(const SSpawnRequest& request, int* error) {
     const std::string program = programPath(request.arguments[0]);
     SSpawnSetup setup;
     pid_t pid = 0;
-    rc = prepareSignals(setup.attributes);
+    rc = prepareAttributes(setup.attributes, request.bOwnProcessGroup);
     if (rc == 0) rc = prepareActions(setup.actions, request);
+    if (rc == 0 && FailureInjection::ShouldFail(FailureInjection::EOperation::eProcessStart)) rc = EAGAIN;
     if (rc == 0) rc = ::posix_spawnp(&pid, program.c_str(), &setup.actions, &setup.attributes, argv.data(), environ);
     if (rc == 0) {
       m_iPid = pid;
       m_iPidFd = openPidFd(pid);
+      m_bGroup = request.bOwnProcessGroup;
+      AbnormalEnd::AddChild(pid, m_bGroup);
     }
   }
   if (rc != 0 && error) *error = rc;
   return rc == 0;
 }
 
+// Looks whether the child has ended without reaping it, so that its id
+// cannot go to another process meanwhile.
+bool CChild::hasEnded(bool block) {
+  siginfo_t info{};
+  int rc;
+  do {
+    rc = ::waitid(P_PID, static_cast<id_t>(m_iPid), &info, WEXITED | WNOWAIT | (block ? 0 : WNOHANG));
+  } while (rc < 0 && errno == EINTR);
+  return rc < 0 || info.si_pid == m_iPid;  // rc < 0 (ECHILD): someone else reaped it
+}
+
 bool CChild::tryReap(bool block) {
   if (m_iPid <= 0) return m_bReaped;
+  if (!hasEnded(block)) return false;
+  AbnormalEnd::RemoveChild(m_iPid);
+  // The zombie still holds the group's id: what the child left in its
+  // group goes now, and no other process can be hit.
+  if (m_bGroup) ::kill(-m_iPid, SIGKILL);
   int status = 0;
   pid_t rc;
-  do { rc = ::waitpid(m_iPid, &status, block ? 0 : WNOHANG); } while (rc < 0 && errno == EINTR);
-  if (rc == 0) return false;
+  do { rc = ::waitpid(m_iPid, &status, 0); } while (rc < 0 && errno == EINTR);
   if (rc == m_iPid) {
     m_exitStatus.bSignaled = WIFSIGNALED(status);
     m_exitStatus.iCode = m_exitStatus.bSignaled ? WTERMSIG(status) : WEXITSTATUS(status);
   }
-  // rc < 0 (ECHILD): someone else reaped it; nothing is left to wait for.
   m_iPid = 0;
   m_bReaped = true;
   if (m_iPidFd >= 0) ::close(m_iPidFd);
@@ -170,8 +203,48 @@ bool CChild::WaitFor(std::uint32_t milliseconds) {
 
 void CChild::Kill() {
   if (m_iPid <= 0) return;
+  if (m_bGroup) ::kill(-m_iPid, SIGKILL);
   ::kill(m_iPid, SIGKILL);
   tryReap(true);
+}
+
+bool Exists(std::uint32_t pid) {
+  if (pid == 0 || pid > static_cast<std::uint32_t>(INT_MAX)) return false;
+  return ::kill(static_cast<pid_t>(pid), 0) == 0 || errno == EPERM;
+}
+
+bool EndWithParent(std::uint32_t expectedParent) {
+  if (::prctl(PR_SET_PDEATHSIG, SIGKILL) != 0) return false;
+  return static_cast<std::uint32_t>(::getppid()) == expectedParent;
+}
+
+namespace {
+
+// The children of this process, as the kernel lists them for each thread.
+std::vector<pid_t> childrenOfThisProcess() {
+  std::vector<pid_t> children;
+  const std::unique_ptr<DIR, int (*)(DIR*)> tasks(::opendir("/proc/self/task"), ::closedir);
+  if (!tasks) return children;
+  while (const dirent* task = ::readdir(tasks.get())) {
+    if (task->d_name[0] == '.') continue;
+    std::ifstream list(std::string("/proc/self/task/") + task->d_name + "/children");
+    for (pid_t pid; list >> pid;) children.push_back(pid);
+  }
+  return children;
+}
+
+}  // namespace
+
+unsigned int KillStrayChildren() {
+  unsigned int killed = 0;
+  for (const pid_t pid : childrenOfThisProcess()) {
+    if (AbnormalEnd::HasChild(pid)) continue;
+    ::kill(pid, SIGKILL);
+    pid_t rc;
+    do { rc = ::waitpid(pid, nullptr, 0); } while (rc < 0 && errno == EINTR);
+    if (rc == pid) ++killed;
+  }
+  return killed;
 }
 
 }  // namespace ZoPlatform::Process

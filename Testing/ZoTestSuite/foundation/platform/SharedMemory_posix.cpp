@@ -9,6 +9,8 @@
 #include <filesystem>
 #include <utility>
 
+#include "AbnormalEnd.h"
+#include "FailureInjection.h"
 #include "SharedMemory.h"
 
 namespace ZoPlatform::SharedMemory {
@@ -24,6 +26,12 @@ bool isValidName(const std::string& name) {
 
 std::string systemName(const std::string& name) { return "/" + name; }
 
+// Where the object appears in the file system, for a removal from a signal
+// handler.
+std::string filePath(const std::string& name) { return std::string(sc_szObjectDirectory) + "/" + name; }
+
+bool injectedFailure() { return FailureInjection::ShouldFail(FailureInjection::EOperation::eSharedMemoryMap); }
+
 bool fail(int code, int* error) {
   if (error) *error = code;
   return false;
@@ -33,18 +41,26 @@ bool fail(int code, int* error) {
 
 bool Create(const std::string& name, std::size_t size, int* error) {
   if (!isValidName(name)) return fail(EINVAL, error);
+  if (injectedFailure()) return fail(ENOMEM, error);
   const int fd = ::shm_open(systemName(name).c_str(), O_RDWR | O_CREAT | O_EXCL, 0600);
   if (fd < 0) return fail(errno, error);
   int rc;
   do { rc = ::ftruncate(fd, static_cast<off_t>(size)); } while (rc != 0 && errno == EINTR);
   const int code = rc == 0 ? 0 : errno;
   ::close(fd);
-  if (code == 0) return true;
+  if (code == 0) {
+    AbnormalEnd::AddFile(filePath(name));
+    return true;
+  }
   ::shm_unlink(systemName(name).c_str());
   return fail(code, error);
 }
 
-bool Remove(const std::string& name) { return isValidName(name) && ::shm_unlink(systemName(name).c_str()) == 0; }
+bool Remove(const std::string& name) {
+  if (!isValidName(name)) return false;
+  AbnormalEnd::RemoveFile(filePath(name));
+  return ::shm_unlink(systemName(name).c_str()) == 0;
+}
 
 bool Exists(const std::string& name) {
   if (!isValidName(name)) return false;
@@ -85,6 +101,7 @@ CView& CView::operator=(CView&& other) noexcept {
 bool CView::Open(const std::string& name, std::size_t size, EAccess access, int* error) {
   Close();
   if (!isValidName(name) || size == 0) return fail(EINVAL, error);
+  if (injectedFailure()) return fail(ENOMEM, error);
   const bool write = access == EAccess::eReadWrite;
   const int fd = ::shm_open(systemName(name).c_str(), write ? O_RDWR : O_RDONLY, 0);
   if (fd < 0) return fail(errno, error);

@@ -42,6 +42,7 @@ std::unique_ptr<SChildProcess> CFrontEndStarter::Start(const CString& sDataDir, 
   for (std::string& word : ComposeChildArguments(sDataDir, context)) request.arguments.push_back(std::move(word));
   request.sWorkingDirectory = PathToSystem(GetProgramDirectory());
   request.eStreams = Process::EStandardStreams::eNull;
+  request.bOwnProcessGroup = true;
   Process::CChild child;
   if (!child.Start(request)) return nullptr;
   return std::make_unique<SChildProcess>(std::move(child), TakeChildIndex());

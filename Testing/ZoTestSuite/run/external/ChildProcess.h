@@ -43,8 +43,8 @@ class IChildStarter {
 };
 
 // Starts the front end (ZoTestSuiteCLI, ZoTestSuiteCLID in a debug build)
-// that stands in a directory, runs it there and puts its streams on
-// /dev/null. The directory is the one that holds the
+// that stands in a directory, runs it there in a process group of its own
+// and puts its streams on /dev/null. The directory is the one that holds the
 // ZoTestSuiteEnvironment.conf naming the test libraries; empty means the
 // directory of this process's executable.
 class CFrontEndStarter : public IChildStarter {

@@ -31,29 +31,65 @@ void abandonChild(SCaseContext& context) {
   context.responseEvent->Wait(0);
 }
 
+// A child that was lost with the case: whatever it left in the block, the
+// row says eCaseUnknown with no output and no figures.
+void loseCase(SCaseContext& context) {
+  abandonChild(context);
+  ClearBlockOutcome(*context.sharedBuffer->GetWriteAccess().pBlock);
+}
+
+// Case by case, how many children may end or die before they take the
+// request: one that ended while idle and one that died at its start are
+// replaced; more would hide a child that cannot start at all.
+constexpr unsigned int sc_uiChildReplacements = 2;
+
+// A new child for the case in the block; false if none could be started.
+bool replaceChild(SCaseContext& context, SCaseResult& row) {
+  context.child.reset();
+  context.child = context.pChildStarter->Start(context.sDataDir, context);
+  row.iProcessIndex = context.child ? static_cast<std::int32_t>(context.child->uiIndex) : -1;
+  return context.child != nullptr;
+}
+
+struct SSupervision {
+  const Run::SCallbacks& callbacks;
+  SCaseResult& row;
+  double limit;
+  std::int64_t start;
+  unsigned int uiReplacements;
+};
+
+// A child found dead: if it never took the request, the case goes to a new
+// child; false if the case is lost with it.
+bool handOverAgain(SCaseContext& context, SSupervision& supervision) {
+  if (supervision.uiReplacements >= sc_uiChildReplacements) return false;
+  if (context.requestEvent->Wait(0) != CNamedEvent::eWaitSignalled) return false;  // it took the case
+  ++supervision.uiReplacements;
+  if (!replaceChild(context, supervision.row)) return false;
+  context.requestEvent->Set();
+  return true;
+}
+
 // The supervision after the first wait for the answer: time limit, cancel
 // query and the child's life, once a second each.
-void superviseChild(SCaseContext& context, unsigned int uiTimeOutSec, const Run::SCallbacks& callbacks,
-                    std::int64_t start, CNamedEvent::EWaitResult waited) {
+void superviseChild(SCaseContext& context, SSupervision& supervision, CNamedEvent::EWaitResult waited) {
   IRunClock& clock = *context.pClock;
-  const double limit = static_cast<double>(uiTimeOutSec);
   while (waited != CNamedEvent::eWaitFailed) {
-    const double elapsed = clock.SecondsSince(start);
-    if (elapsed > limit) {
+    if (clock.SecondsSince(supervision.start) > supervision.limit) {
       abandonChild(context);
       writeResult(*context.sharedBuffer, Run::eCaseTimeout);
       return;
     }
-    if (callbacks.fnIsCanceled()) {
+    if (supervision.callbacks.fnIsCanceled()) {
       abandonChild(context);
       writeResult(*context.sharedBuffer, Run::eCaseCanceled);
       return;
     }
-    if (!context.child->IsAlive()) break;
+    if (!context.child->IsAlive() && !handOverAgain(context, supervision)) break;
     waited = clock.Wait(*context.responseEvent, sc_uiChildPollMs);
     if (waited == CNamedEvent::eWaitSignalled) return;
   }
-  abandonChild(context);  // the block keeps what the child left: after a crash 5 and no output
+  loseCase(context);
 }
 
 }  // namespace
@@ -88,6 +124,7 @@ IWorkBuffer& AcquireSharedWorkBuffer(const CString& sDataDir, const SRunOptions&
     context.sResponseEventId = newId();
     context.responseEvent = std::make_unique<CNamedEvent>(context.sResponseEventId, false);
   }
+  context.sDataDir = sDataDir;
   if (!context.child) context.child = context.pChildStarter->Start(sDataDir, context);
   return *context.sharedBuffer;
 }
@@ -95,12 +132,19 @@ IWorkBuffer& AcquireSharedWorkBuffer(const CString& sDataDir, const SRunOptions&
 void RunCaseInChild(SCaseContext& context, unsigned int uiTimeOutSec, const Run::SCallbacks& callbacks,
                     SCaseResult& row) {
   if (!context.child) return;
+  SSupervision supervision{callbacks, row, static_cast<double>(uiTimeOutSec), 0, 0};
   row.iProcessIndex = static_cast<std::int32_t>(context.child->uiIndex);
+  // A child that ended while it waited (its idle rule, a kill from outside)
+  // would never take the case.
+  if (!context.child->IsAlive()) {
+    ++supervision.uiReplacements;
+    if (!replaceChild(context, row)) return;
+  }
   context.requestEvent->Set();
-  const std::int64_t start = context.pClock->Now();
+  supervision.start = context.pClock->Now();
   const CNamedEvent::EWaitResult waited = context.pClock->Wait(*context.responseEvent, sc_uiChildPollMs);
   if (waited == CNamedEvent::eWaitSignalled) return;
-  superviseChild(context, uiTimeOutSec, callbacks, start, waited);
+  superviseChild(context, supervision, waited);
 }
 
 void ServeExternalCases(const SSetup& setup, CEnvironment& env, IRunClock& clock) {

@@ -27,8 +27,10 @@ IWorkBuffer& AcquireSharedWorkBuffer(const CString& sDataDir, const SRunOptions&
 // Hands the case in the shared block to the child and waits for its answer,
 // with the time limit (result 8) and the cancel query (result 7), both
 // looked at once a second on the context's clock, so a case can outrun its
-// limit by up to a second. A child that dies leaves eCaseUnknown and no output; without a child
-// the row keeps eCaseUnknown and process index -1.
+// limit by up to a second. A child that ended or died before it took the
+// request is replaced and the case handed to the new one (twice at most); a
+// child that dies while it works leaves eCaseUnknown with no output and no
+// figures. Without a child the row keeps eCaseUnknown and process index -1.
 void RunCaseInChild(SCaseContext& context, unsigned int uiTimeOutSec, const Run::SCallbacks& callbacks,
                     SCaseResult& row);
 
