@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -34,7 +35,9 @@ inline std::string loadAverage() {
 inline void printTableRow(const std::string& figure, const std::string& value, const std::string& anchor,
                           const std::string& anchorValue, double ratio, double limit, bool lowerIsBetter) {
   const bool met = lowerIsBetter ? ratio <= limit : ratio >= limit;
-  std::printf("TABLE|%s|%s|%s|%s|%.2f|%s %.2f|%s\n", figure.c_str(), value.c_str(), anchor.c_str(), anchorValue.c_str(),
+  const char* label = std::getenv("ZO_BENCH_LABEL");
+  const std::string name = label && *label ? std::string(label) + ": " + figure : figure;
+  std::printf("TABLE|%s|%s|%s|%s|%.2f|%s %.2f|%s\n", name.c_str(), value.c_str(), anchor.c_str(), anchorValue.c_str(),
               ratio, lowerIsBetter ? "<=" : ">=", limit, met ? "met" : "NOT MET");
 }
 
