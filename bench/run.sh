@@ -34,10 +34,27 @@ if ! command -v fdupes >/dev/null 2>&1; then
     echo "fdupes could not be installed; duplicates_bench leaves it out" >&2
 fi
 
+# Every benchmark prints the rows of the summary table as lines that begin
+# with "TABLE|"; they are gathered and printed together at the end, with the
+# load average, since the machine may be shared.
+rows="$(mktemp)"
+trap 'rm -f "$rows"' EXIT
 status=0
 for target in "${targets[@]}"; do
   echo
   echo "=== $target"
-  "$build_dir/bin/$target" || status=1
+  "$build_dir/bin/$target" | tee -a "$rows" || status=1
+  # A wake-up across the two CPUs costs several times one on the same CPU:
+  # child processes are measured once more with everything on CPU 0.
+  if [ "$target" = external_execution_bench ]; then
+    echo "=== $target, pinned to CPU 0"
+    ZO_BENCH_LABEL=pinned taskset -c 0 "$build_dir/bin/$target" | tee -a "$rows" || status=1
+  fi
 done
+echo
+echo "=== Summary (load average at the end: $(cut -d' ' -f1-3 /proc/loadavg))"
+{
+  echo "figure|value|anchor|anchor value|ratio|target|result"
+  grep '^TABLE|' "$rows" | cut -d'|' -f2-
+} | column -t -s'|'
 exit $status

@@ -97,3 +97,32 @@ TEST(SharedMemoryWorkBuffer, FailuresThrowWithTheNameOfTheOperation) {
             "TestSuite::Run::CSharedMemoryWorkBuffer::CSharedMemoryWorkBuffer");
   EXPECT_TRUE(exists(id)) << "the failed second creator removed the first one's block";
 }
+
+TEST(SharedMemoryWorkBuffer, AKeptViewIsMappedOnceAtTheFirstAccessAndUnmappedWhenTheBufferGoes) {
+  const CString id = newId();
+  CSharedMemoryWorkBuffer parent(id, false);
+  {
+    CSharedMemoryWorkBuffer child(id, true);
+    child.KeepView();
+    EXPECT_EQ(mappingsOf(id), 0) << "nothing is mapped before the first access";
+    SWorkBlock* first = nullptr;
+    for (unsigned int i = 0; i < 5; ++i) {
+      SBufferAccess write = child.GetWriteAccess();
+      write.pBlock->uiRepetition = i;
+      if (!first) first = write.pBlock;
+      EXPECT_EQ(write.pBlock, first);
+      EXPECT_EQ(child.GetReadAccess().pBlock, first);
+    }
+    EXPECT_EQ(mappingsOf(id), 1) << "every access went through the one kept view";
+    EXPECT_EQ(parent.GetReadAccess().pBlock->uiRepetition, 4u);
+  }
+  EXPECT_EQ(mappingsOf(id), 0);
+  EXPECT_TRUE(exists(id)) << "the side that only opened the block leaves its name";
+}
+
+TEST(SharedMemoryWorkBuffer, AKeptViewOfAMissingBlockFailsWithTheNameOfTheOperation) {
+  CSharedMemoryWorkBuffer missing(newId(), true);
+  missing.KeepView();
+  EXPECT_EQ(thrownBy([&] { missing.GetWriteAccess(); }), "TestSuite::Run::CSharedMemoryWorkBuffer::GetWriteAccess");
+  EXPECT_EQ(thrownBy([&] { missing.GetReadAccess(); }), "TestSuite::Run::CSharedMemoryWorkBuffer::GetReadAccess");
+}

@@ -114,7 +114,9 @@ IWorkBuffer& AcquireSharedWorkBuffer(const CString& sDataDir, const SRunOptions&
   }
   if (context.sMemoryId.IsEmpty()) {
     context.sMemoryId = newId();
-    context.sharedBuffer = std::make_unique<CSharedMemoryWorkBuffer>(context.sMemoryId, false);
+    auto buffer = std::make_unique<CSharedMemoryWorkBuffer>(context.sMemoryId, false);
+    buffer->KeepView();  // the context writes and reads the block of every case until it lets go
+    context.sharedBuffer = std::move(buffer);
   }
   if (context.sRequestEventId.IsEmpty()) {
     context.sRequestEventId = newId();
@@ -153,6 +155,7 @@ void ServeExternalCases(const SSetup& setup, CEnvironment& env, IRunClock& clock
   CNamedEvent requestEvent(setup.sRequestEventId, true);
   CNamedEvent responseEvent(setup.sResponseEventId, true);
   CSharedMemoryWorkBuffer buffer(setup.sMemoryId, true);
+  buffer.KeepView();  // mapped at the first request, for all cases of this child
   PrepareProcess(setup, env);
   while (clock.Wait(requestEvent, sc_uiChildIdleMs) == CNamedEvent::eWaitSignalled) {
     {

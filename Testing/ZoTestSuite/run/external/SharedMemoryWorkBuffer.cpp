@@ -41,16 +41,27 @@ CSharedMemoryWorkBuffer::CSharedMemoryWorkBuffer(const CString& name, bool openO
 }
 
 CSharedMemoryWorkBuffer::~CSharedMemoryWorkBuffer() {
+  m_keptView.Close();
   if (bCreated) SharedMemory::Remove(MakeExternalObjectName(sName));
 }
 
+// A kept view is mapped for writing, since it serves both kinds of access.
+SBufferAccess CSharedMemoryWorkBuffer::keptAccess(const char* szFunction) {
+  if (!m_keptView.GetData() &&
+      !m_keptView.Open(MakeExternalObjectName(sName), sizeof(SWorkBlock), SharedMemory::EAccess::eReadWrite))
+    XB_THROW(szFunction);
+  return SBufferAccess(nullptr, static_cast<SWorkBlock*>(m_keptView.GetData()));
+}
+
 SBufferAccess CSharedMemoryWorkBuffer::GetWriteAccess() {
+  if (m_bKeepView) return keptAccess("TestSuite::Run::CSharedMemoryWorkBuffer::GetWriteAccess");
   SBufferAccess access = mapBlock(sName, SharedMemory::EAccess::eReadWrite);
   if (!access.pBlock) XB_THROW("TestSuite::Run::CSharedMemoryWorkBuffer::GetWriteAccess");
   return access;
 }
 
 SBufferAccess CSharedMemoryWorkBuffer::GetReadAccess() {
+  if (m_bKeepView) return keptAccess("TestSuite::Run::CSharedMemoryWorkBuffer::GetReadAccess");
   SBufferAccess access = mapBlock(sName, SharedMemory::EAccess::eRead);
   if (!access.pBlock) XB_THROW("TestSuite::Run::CSharedMemoryWorkBuffer::GetReadAccess");
   return access;

@@ -13,6 +13,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "foundation/XbReentrantLock.h"
+
 namespace TestSuite::HeapHooks {
 
 enum class EFunction { Malloc, Free, Realloc };
@@ -48,15 +50,19 @@ int CreateHook(FnReallocObserver observer, FnRealloc* original) noexcept;
 int EnableHook(EFunction target) noexcept;
 int DisableHook(EFunction target) noexcept;
 
-// A handle of the one process-wide re-entrant lock of the heap tracker. The
-// lock is usable before any static constructor has run and never allocates,
-// because every intercepted allocation takes it. All handles are the same
-// lock; the handle itself holds nothing. fork waits until the lock is free
-// and the child starts with it free. Meets BasicLockable.
+// The one process-wide re-entrant lock of the heap tracker. It is usable
+// before any static constructor has run and never allocates, because every
+// intercepted allocation takes it. fork waits until the lock is free and the
+// child starts with it free.
+extern constinit XbReentrantLock g_TrackerLock;
+
+// A handle of g_TrackerLock: all handles are the same lock, and the handle
+// itself holds nothing. Inline, so that the allocation path calls nothing to
+// take it. Meets BasicLockable.
 class CTrackerLock {
  public:
-  void Lock() noexcept;
-  void Unlock() noexcept;
+  void Lock() noexcept { g_TrackerLock.Lock(); }
+  void Unlock() noexcept { g_TrackerLock.Unlock(); }
   void lock() noexcept { Lock(); }
   void unlock() noexcept { Unlock(); }
 };

@@ -20,10 +20,6 @@ namespace {
 
 using namespace TestSuite::HeapHooks;
 
-// Constant-initialised: valid before the first static constructor, and the
-// first malloc of the process may come before any of them.
-pthread_mutex_t g_TrackerMutex = PTHREAD_RECURSIVE_MUTEX_INITIALIZER_NP;
-
 std::atomic<bool> g_bInitialized{false};
 std::atomic<bool> g_bForkHandlersSet{false};
 // One bit per EFunction; the replacements look at nothing else while a hook is off.
@@ -55,12 +51,9 @@ int createHook(std::atomic<TObserver>& slot, TObserver observer, TOriginal* orig
 // fork copies the lock as it stands. A child made while another thread held
 // it would wait for it forever at its first malloc; so fork waits until the
 // lock is free, and the child starts with a new one.
-void lockBeforeFork() { pthread_mutex_lock(&g_TrackerMutex); }
-void unlockAfterFork() { pthread_mutex_unlock(&g_TrackerMutex); }
-void renewInChild() {
-  pthread_mutex_t fresh = PTHREAD_RECURSIVE_MUTEX_INITIALIZER_NP;
-  g_TrackerMutex = fresh;
-}
+void lockBeforeFork() { g_TrackerLock.Lock(); }
+void unlockAfterFork() { g_TrackerLock.Unlock(); }
+void renewInChild() { g_TrackerLock.ResetAfterFork(); }
 
 }  // namespace
 
@@ -154,8 +147,8 @@ int DisableHook(EFunction target) noexcept {
   return 0;
 }
 
-void CTrackerLock::Lock() noexcept { pthread_mutex_lock(&g_TrackerMutex); }
-
-void CTrackerLock::Unlock() noexcept { pthread_mutex_unlock(&g_TrackerMutex); }
+// Constant-initialised: valid before the first static constructor, and the
+// first malloc of the process may come before any of them.
+constinit XbReentrantLock g_TrackerLock;
 
 }  // namespace TestSuite::HeapHooks

@@ -1,0 +1,97 @@
+// XbReentrantLock: a re-entrant lock that is usable before any constructor
+// has run and never allocates, for code that runs inside the allocator.
+//
+// The owner is an atomic thread tag beside a depth that only the owner
+// touches. A thread that finds the lock taken spins briefly and then sleeps
+// on a futex; the last Unlock wakes one sleeper. While the process has never
+// had a second thread, nobody can contend, and the lock takes no atomic
+// read-modify-write at all. Not fair: a thread that keeps re-taking the lock
+// may overtake a sleeper. Meets Lockable, so std::lock_guard takes it.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+class XbReentrantLock {
+ public:
+  constexpr XbReentrantLock() = default;
+  XbReentrantLock(const XbReentrantLock&) = delete;
+  XbReentrantLock& operator=(const XbReentrantLock&) = delete;
+
+  void Lock() noexcept {
+    const std::uintptr_t self = currentThreadTag();
+    if (m_owner.load(std::memory_order_relaxed) == self) {
+      ++m_uiDepth;
+      return;
+    }
+    // With a single thread the word can only be free here: this thread does
+    // not hold it (else it had counted up above) and nobody else exists.
+    if (isProcessSingleThreaded()) {
+      m_state.store(eLocked, std::memory_order_relaxed);
+    } else {
+      std::uint32_t expected = eFree;
+      if (!m_state.compare_exchange_strong(expected, eLocked, std::memory_order_acquire, std::memory_order_relaxed))
+        acquireContended();
+    }
+    m_owner.store(self, std::memory_order_relaxed);
+    m_uiDepth = 1;
+  }
+
+  // Only the owner unlocks, once per Lock or successful TryLock. A single
+  // thread now means that nobody sleeps on the word, however it was taken;
+  // a thread that came since may sleep on it.
+  void Unlock() noexcept {
+    if (--m_uiDepth != 0) return;
+    m_owner.store(0, std::memory_order_relaxed);
+    if (isProcessSingleThreaded()) {
+      m_state.store(eFree, std::memory_order_release);
+      return;
+    }
+    if (m_state.exchange(eFree, std::memory_order_release) == eContended) wakeOne();
+  }
+
+  bool TryLock() noexcept;
+
+  // Whether the calling thread holds the lock.
+  bool IsHeldByCurrentThread() const noexcept { return m_owner.load(std::memory_order_relaxed) == currentThreadTag(); }
+
+  // In the child of a fork: the lock is free, whoever held it in the
+  // parent, since only the forking thread lives on.
+  void ResetAfterFork() noexcept {
+    m_owner.store(0, std::memory_order_relaxed);
+    m_uiDepth = 0;
+    m_state.store(eFree, std::memory_order_relaxed);
+  }
+
+  void lock() noexcept { Lock(); }
+  void unlock() noexcept { Unlock(); }
+  bool try_lock() noexcept { return TryLock(); }
+
+ private:
+  enum : std::uint32_t { eFree = 0, eLocked = 1, eContended = 2 };
+
+  // The address of a byte of the calling thread's own: never 0, and the
+  // same for no two threads that live at the same time.
+  static std::uintptr_t currentThreadTag() noexcept {
+    static thread_local __attribute__((tls_model("initial-exec"))) char t_cTag;
+    return reinterpret_cast<std::uintptr_t>(&t_cTag);
+  }
+
+  // Reads the C library's own flag through a pointer looked up once, so
+  // that the uncontended path calls nothing.
+  static bool isProcessSingleThreaded() noexcept {
+    const volatile char* flag = s_pSingleThreadedFlag.load(std::memory_order_relaxed);
+    if (!flag) flag = lookUpSingleThreadedFlag();
+    return *flag != 0;
+  }
+  static const volatile char* lookUpSingleThreadedFlag() noexcept;
+
+  void acquireContended() noexcept;
+  void wakeOne() noexcept;
+
+  static constinit inline std::atomic<const volatile char*> s_pSingleThreadedFlag{nullptr};
+
+  std::atomic<std::uint32_t> m_state{eFree};  // eContended: someone may sleep on it
+  std::atomic<std::uintptr_t> m_owner{0};     // the owner's tag, 0 when free
+  std::uint32_t m_uiDepth = 0;                // touched by the owner only
+};
