@@ -34,7 +34,6 @@ class CSharedMemoryWorkBuffer : public IWorkBuffer {
  private:
   CString sName;
   bool bCreated;  // this side made the block and removes its name
-  std::uint32_t bOpenOnly;
 };
 
 }  // namespace TestSuite
