@@ -5,7 +5,8 @@ set -euo pipefail
 packages=(cmake ninja-build g++ git
           libfmt-dev nlohmann-json3-dev libcli11-dev
           libgtest-dev libgmock-dev
-          libxml2-utils nodejs npm clang-format)
+          libxml2-utils nodejs npm clang-format
+          clang libclang-rt-14-dev)
 # Only the browser check of the HTML report needs it; it is skipped without.
 optional_packages=(chromium)
 

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <map>
 
+#include "HeapInterception.h"
 #include "IsolationCli.h"
 #include "ScriptedCases.h"
 #include "TempDirectory.h"
@@ -143,6 +144,7 @@ void checkJUnitFileValidatesAndAgreesWithTheLoadedClasses(const SRoundTripRun& r
 // One run for all checks: it takes a few seconds, and CTest starts every
 // test in a process of its own.
 TEST(ReportRoundTrip, ARunsReportsLoadBackWriteAgainAndValidate) {
+  HEAP_SKIP_WITHOUT_INTERCEPTION();
   SRoundTripRun run;
   runFrontEnd(run);
   {

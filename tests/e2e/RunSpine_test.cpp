@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "CliRunner.h"
+#include "HeapInterception.h"
 #include "ScriptedCases.h"
 #include "TempDirectory.h"
 
@@ -35,6 +36,7 @@ std::string dataDir(const TempDirectory& root) { return root.Path().ToUtf8() + "
 }  // namespace
 
 TEST(RunSpine, ConsoleTextExitStatusAndLogFile) {
+  HEAP_SKIP_WITHOUT_INTERCEPTION();
   TempDirectory root;
   makeTree(root);
   const std::string log = root.Path().ToUtf8() + "run.log";

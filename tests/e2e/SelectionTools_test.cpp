@@ -14,6 +14,7 @@
 #include <set>
 
 #include "CliRunner.h"
+#include "HeapInterception.h"
 #include "IsolationCli.h"
 #include "TempDirectory.h"
 #include "isolation_PrivateFrontEnd.h"
@@ -125,6 +126,7 @@ TEST_F(SelectionTools, TheTwoRunsGiveTheResultsTheDiffsAreMadeOf) {
 }
 
 TEST_F(SelectionTools, DiffSelectionOfEachFilter) {
+  HEAP_SKIP_WITHOUT_INTERCEPTION();
   const std::pair<const char*, const char*> filters[] = {
       {"all", "selection_diff_all.xml"},
       {"failed", "selection_diff_failed.xml"},
@@ -144,6 +146,7 @@ TEST_F(SelectionTools, DiffSelectionOfEachFilter) {
 }
 
 TEST_F(SelectionTools, DiffSelectionWithoutFilterOrOutputListsAllBesideTheFirstReport) {
+  HEAP_SKIP_WITHOUT_INTERCEPTION();
   const SCliResult result = Run({"--diff-selection", First(), Second()});
   EXPECT_EQ(result.iExitCode, 0) << result.sStderr;
   const std::string derived = Path("reports/DiffSelection-[first][second].xml");

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "HeapInterception.h"
 #include "RunTestClasses.h"
 #include "services_COutRecorder.h"
 
@@ -82,6 +83,7 @@ TEST(CaseExecution, NameLongerThan1023CharactersIsNotRun) {
 }
 
 TEST(CaseExecution, LeakBecomesAWarning) {
+  HEAP_SKIP_WITHOUT_INTERCEPTION();
   const SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"leak100", L"clean"});
   const SCaseResult leak = runOne(unitTest, 0, tracking());
   EXPECT_EQ(leak.iMemoryDelta, 100);
@@ -95,6 +97,7 @@ TEST(CaseExecution, LeakBecomesAWarning) {
 }
 
 TEST(CaseExecution, ReportMemLeakFalseKeepsTheDeltaButNoWarning) {
+  HEAP_SKIP_WITHOUT_INTERCEPTION();
   SUnitTest unitTest = RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"leak100"});
   unitTest.Cases[0].Params.SetAt(L"ReportMemLeak", XbVariant(false));
   const SCaseResult row = runOne(unitTest, 0, tracking());
@@ -103,6 +106,7 @@ TEST(CaseExecution, ReportMemLeakFalseKeepsTheDeltaButNoWarning) {
 }
 
 TEST(CaseExecution, LeakInDestructorIsSeenLeakInWarmUpIsNot) {
+  HEAP_SKIP_WITHOUT_INTERCEPTION();
   EXPECT_EQ(
       runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"destructorLeak"}), 0, tracking()).iMemoryDelta,
       64);
@@ -121,6 +125,7 @@ TEST(CaseExecution, WithoutTrackingTheMemoryFieldsAreZero) {
 }
 
 TEST(CaseExecution, DumpLeaksAppendsInfoLines) {
+  HEAP_SKIP_WITHOUT_INTERCEPTION();
   const SCaseResult row =
       runOne(RunTestClasses::MakeClass(RunTestClasses::sc_szMemory, {L"leak100"}), 0, tracking(true));
   EXPECT_EQ(row.sOutput.Left(19), CString(L"\t\tINFO:  Dump()...\n"));

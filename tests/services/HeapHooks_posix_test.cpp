@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <thread>
 
+#include "HeapInterception.h"
 #include "services/platform/HeapHooks.h"
 
 using namespace TestSuite;
@@ -45,7 +46,7 @@ class HeapHooksTest : public ::testing::Test {
  protected:
   void SetUp() override {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    if (!Hooks::IsAvailable()) GTEST_SKIP() << "this build does not intercept the allocator";
+    HEAP_SKIP_WITHOUT_INTERCEPTION();
   }
 };
 

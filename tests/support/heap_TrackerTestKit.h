@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "HeapInterception.h"
 #include "foundation/XbStream.h"
 #include "services/CHeapTracker.h"
 #include "services/platform/HeapHooks.h"
@@ -38,12 +39,6 @@ class CHeapTrackerTestAccess {
 inline void* (*volatile g_fnMalloc)(std::size_t) = &std::malloc;
 inline void (*volatile g_fnFree)(void*) = &std::free;
 inline void* (*volatile g_fnRealloc)(void*, std::size_t) = &std::realloc;
-
-// For tests that need the real interception.
-#define HEAP_SKIP_WITHOUT_INTERCEPTION()                                             \
-  if (!::TestSuite::HeapHooks::IsAvailable())                                        \
-  GTEST_SKIP() << "this build's sanitizer replaces the allocator: malloc, free and " \
-                  "realloc are not intercepted"
 
 inline std::wstring dumpOf(CHeapTracker& tracker) {
   XbStreamWriteASCIIStringT<CString> stream;

@@ -32,8 +32,7 @@ SBufferAccess mapBlock(const CString& name, SharedMemory::EAccess access) {
 
 }  // namespace
 
-CSharedMemoryWorkBuffer::CSharedMemoryWorkBuffer(const CString& name, bool openOnly)
-    : sName(name), bCreated(false), bOpenOnly(openOnly ? 1 : 0) {
+CSharedMemoryWorkBuffer::CSharedMemoryWorkBuffer(const CString& name, bool openOnly) : sName(name), bCreated(false) {
   if (openOnly) return;
   if (!SharedMemory::Create(MakeExternalObjectName(sName), sizeof(SWorkBlock)))
     XB_THROW("TestSuite::Run::CSharedMemoryWorkBuffer::CSharedMemoryWorkBuffer");

@@ -44,7 +44,6 @@ class CSharedMemoryWorkBuffer : public IWorkBuffer {
 
   CString sName;
   bool bCreated;  // this side made the block and removes its name
-  std::uint32_t bOpenOnly;
   bool m_bKeepView = false;
   ZoPlatform::SharedMemory::CView m_keptView;
 };
