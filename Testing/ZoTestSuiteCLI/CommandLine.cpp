@@ -132,6 +132,10 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
       "Runs data-driven C++ tests: every directory named after a registered test class is a class, "
       "and the class lists its cases.",
       "ZoTestSuiteCLI");
+  app.footer(
+      "Exit status: 0 every case passed (or a tool mode came to its end), 1 a case failed or the run was "
+      "cancelled, 2 a bad command line or data directory, 3 an error left the harness (printed on standard "
+      "error), 5 the run found no case.");
   app.set_version_flag("", "");
   app.add_flag("--version", version, "Print the version and the build's revision");
   addRunOptions(app, raw, commandLine.setup);

@@ -10,7 +10,6 @@
 #include "ReportOptions.h"
 #include "SelectionToolOptions.h"
 #include "TerminalSink.h"
-#include "foundation/XbException.h"
 #include "services/COut.h"
 
 namespace TestSuite::CLI {
@@ -172,12 +171,9 @@ int RunFrontEnd(SCommandLine& commandLine) {
   }
   InstallInterruptHandler();
   setup.callbacks.fnIsCanceled = [] { return IsInterrupted(); };
-  try {
-    return dispatch(commandLine, sink);
-  } catch (const XbException& error) {
-    std::fprintf(stderr, "ZoTestSuiteCLI: interner Fehler in %s\n", error.what());
-  } catch (const std::exception& error) { std::fprintf(stderr, "ZoTestSuiteCLI: interner Fehler: %s\n", error.what()); }
-  return sc_iExitInternal;
+  // What the library throws past its entry functions goes on to the
+  // outermost handler of main().
+  return dispatch(commandLine, sink);
 }
 
 }  // namespace TestSuite::CLI
