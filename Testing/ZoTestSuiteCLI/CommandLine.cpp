@@ -5,6 +5,7 @@
 
 #include "BuildInfo.h"
 #include "DiffOptions.h"
+#include "NormalizeArchiveOptions.h"
 #include "ReportOptions.h"
 #include "SelectionOptions.h"
 #include "SelectionToolOptions.h"
@@ -150,6 +151,8 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   AddSelectionToolOptions(app, selectionTools);
   SDiffOptionValues diffOptions;
   AddDiffOptions(app, diffOptions);
+  std::string archiveDirectory;
+  AddNormalizeArchiveOptions(app, archiveDirectory);
   try {
     app.parse(argc, argv);
   } catch (const ::CLI::CallForHelp&) {
@@ -172,6 +175,7 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   else if (selectionOptions.bListDisabled) commandLine.eMode = EMode::ListDisabled;
   else if (recreate) commandLine.eMode = EMode::Recreate;
   else if (diffPage) commandLine.eMode = EMode::DiffPage;
+  if (commandLine.eMode != EMode::Version) ApplyNormalizeArchiveOptions(app, archiveDirectory, commandLine);
   if (commandLine.eMode != EMode::Version && !IsReportToolMode(commandLine.eMode) &&
       commandLine.setup.sDataDir.IsEmpty())
     throw CUsageError("-d: the data directory is missing (ZoTestSuiteCLI -d DIR)");

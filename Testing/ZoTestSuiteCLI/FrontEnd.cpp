@@ -7,6 +7,7 @@
 #include <locale>
 
 #include "Console.h"
+#include "NormalizeArchiveOptions.h"
 #include "ReportOptions.h"
 #include "SelectionToolOptions.h"
 #include "TerminalSink.h"
@@ -112,6 +113,7 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
       return RerunFailedCases(setup, [&commandLine, &env, sink] { return runTests(commandLine, env, sink); });
     case EMode::Query: RunQueryMode(setup, env); return sc_iExitPassed;
     case EMode::DiffPage: GenerateReportDiff(setup); return sc_iExitPassed;
+    case EMode::NormalizeArchive: return RunNormalizeArchive(commandLine);
     case EMode::ListDisabled:
       // The listing loads only the configured libraries; those of --dll
       // are loaded here so that it sees the same classes as --query.

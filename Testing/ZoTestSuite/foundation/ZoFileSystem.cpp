@@ -59,6 +59,10 @@ bool ZoFileSystem::CopyFileW(const CString& from, const CString& to, bool failIf
   return Files::CopyFile(toSystem(from), toSystem(to), failIfExists);
 }
 
+bool ZoFileSystem::MoveFileW(const CString& from, const CString& to) {
+  return Files::RenameWithoutReplacing(toSystem(from), toSystem(to));
+}
+
 std::int64_t ZoFileSystem::GetFileSize(const CString& path) {
   const auto status = Files::GetStatus(toSystem(path));
   return status && !status->bDirectory ? status->iSize : -1;
