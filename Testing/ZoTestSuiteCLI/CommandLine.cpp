@@ -5,6 +5,7 @@
 
 #include "BuildInfo.h"
 #include "DiffOptions.h"
+#include "NormalizeArchiveOptions.h"
 #include "ReportOptions.h"
 #include "SelectionOptions.h"
 #include "SelectionToolOptions.h"
@@ -135,6 +136,10 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
       "Runs data-driven C++ tests: every directory named after a registered test class is a class, "
       "and the class lists its cases.",
       "ZoTestSuiteCLI");
+  app.footer(
+      "Exit status: 0 every case passed (or a tool mode came to its end), 1 a case failed or the run was "
+      "cancelled, 2 a bad command line or data directory, 3 an error left the harness (printed on standard "
+      "error), 5 the run found no case.");
   app.set_version_flag("", "");
   app.add_flag("--version", version, "Print the version and the build's revision");
   addRunOptions(app, raw, commandLine.setup);
@@ -149,6 +154,8 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   AddSelectionToolOptions(app, selectionTools);
   SDiffOptionValues diffOptions;
   AddDiffOptions(app, diffOptions);
+  std::string archiveDirectory;
+  AddNormalizeArchiveOptions(app, archiveDirectory);
   try {
     app.parse(argc, argv);
   } catch (const ::CLI::CallForHelp&) {
@@ -171,6 +178,7 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   else if (selectionOptions.bListDisabled) commandLine.eMode = EMode::ListDisabled;
   else if (recreate) commandLine.eMode = EMode::Recreate;
   else if (diffPage) commandLine.eMode = EMode::DiffPage;
+  if (commandLine.eMode != EMode::Version) ApplyNormalizeArchiveOptions(app, archiveDirectory, commandLine);
   if (commandLine.eMode != EMode::Version && !IsReportToolMode(commandLine.eMode) &&
       commandLine.setup.sDataDir.IsEmpty())
     throw CUsageError("-d: the data directory is missing (ZoTestSuiteCLI -d DIR)");

@@ -11,26 +11,28 @@
 namespace TestSuite::CLI {
 
 enum class EMode {
-  Run,              // a test run (the default)
-  Child,            // the child side of external execution
-  Recreate,         // renew reference data
-  Query,            // --query: list what would run
-  ListDisabled,     // --list-disabled: list the disabled cases
-  TimeSummary,      // --time-summary: the times of a report over the tree
-  Duplicates,       // --duplicates: data files with equal bytes
-  DiffSelection,    // --diff-selection: select the cases that changed between two reports
-  FailedSelection,  // --failed-selection: select the failed cases of a report
-  RerunFailed,      // --rerun-failed: run the failed cases of a report again
-  DiffPage,         // --diff: the diff page of two reports
-  Help,             // --help was printed
-  Version,          // --version was printed
+  Run,               // a test run (the default)
+  Child,             // the child side of external execution
+  Recreate,          // renew reference data
+  Query,             // --query: list what would run
+  ListDisabled,      // --list-disabled: list the disabled cases
+  TimeSummary,       // --time-summary: the times of a report over the tree
+  Duplicates,        // --duplicates: data files with equal bytes
+  DiffSelection,     // --diff-selection: select the cases that changed between two reports
+  FailedSelection,   // --failed-selection: select the failed cases of a report
+  RerunFailed,       // --rerun-failed: run the failed cases of a report again
+  DiffPage,          // --diff: the diff page of two reports
+  NormalizeArchive,  // --normalize-archive: name the reports of a directory for the archive, write its overview
+  Help,              // --help was printed
+  Version,           // --version was printed
 };
 
 struct SCommandLine {
   EMode eMode = EMode::Run;
   SSetup setup;
-  bool bColor = true;        // --no-color clears it; NO_COLOR and a non-terminal also turn colour off
-  bool bAllowEmpty = false;  // --allow-empty: a run that finds no case passes
+  bool bColor = true;         // --no-color clears it; NO_COLOR and a non-terminal also turn colour off
+  bool bAllowEmpty = false;   // --allow-empty: a run that finds no case passes
+  CString sArchiveDirectory;  // --normalize-archive DIR
   std::string sHelpText;
 };
 

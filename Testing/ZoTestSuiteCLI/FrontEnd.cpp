@@ -7,11 +7,11 @@
 #include <locale>
 
 #include "Console.h"
+#include "NormalizeArchiveOptions.h"
 #include "ReportOptions.h"
 #include "SelectionToolOptions.h"
 #include "TerminalSink.h"
 #include "foundation/SystemPath.h"
-#include "foundation/XbException.h"
 #include "foundation/ZoUniqueId.h"
 #include "foundation/platform/Process.h"
 #include "run/external/ExternalObjectSweep.h"
@@ -127,6 +127,7 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
       return RerunFailedCases(setup, [&commandLine, &env, sink] { return runTests(commandLine, env, sink); });
     case EMode::Query: RunQueryMode(setup, env); return sc_iExitPassed;
     case EMode::DiffPage: GenerateReportDiff(setup); return sc_iExitPassed;
+    case EMode::NormalizeArchive: return RunNormalizeArchive(commandLine);
     case EMode::ListDisabled:
       // The listing loads only the configured libraries; those of --dll
       // are loaded here so that it sees the same classes as --query.
@@ -189,15 +190,12 @@ int RunFrontEnd(SCommandLine& commandLine) {
   // A run killed before it could clean up left its names; they go with the
   // next start. A child leaves that to its parent.
   if (commandLine.eMode != EMode::Child) RemoveStaleExternalObjects();
-  try {
-    const int status = dispatch(commandLine, sink);
-    // Processes that cases forked in this process do not outlive the run.
-    ZoPlatform::Process::KillStrayChildren();
-    return status;
-  } catch (const XbException& error) {
-    std::fprintf(stderr, "ZoTestSuiteCLI: interner Fehler in %s\n", error.what());
-  } catch (const std::exception& error) { std::fprintf(stderr, "ZoTestSuiteCLI: interner Fehler: %s\n", error.what()); }
-  return sc_iExitInternal;
+  // Processes that cases forked in this process do not outlive the run, even
+  // when an exception leaves it for the outermost handler of main().
+  struct SStrayChildren {
+    ~SStrayChildren() { ZoPlatform::Process::KillStrayChildren(); }
+  } strayChildren;
+  return dispatch(commandLine, sink);
 }
 
 }  // namespace TestSuite::CLI

@@ -187,7 +187,8 @@ EMode ApplySelectionToolOptions(const SSelectionToolValues& values, SSetup& setu
 }
 
 bool IsReportToolMode(EMode mode) {
-  return mode == EMode::DiffSelection || mode == EMode::FailedSelection || mode == EMode::DiffPage;
+  return mode == EMode::DiffSelection || mode == EMode::FailedSelection || mode == EMode::DiffPage ||
+         mode == EMode::NormalizeArchive;
 }
 
 int RunSelectionTool(EMode mode, const SSetup& setup) {

@@ -3,10 +3,12 @@
 
 #include "CommandLine.h"
 #include "FrontEnd.h"
+#include "OutermostHandler.h"
 
-int main(int argc, char** argv) {
+namespace {
+
+int runMain(int argc, char** argv) {
   using namespace TestSuite::CLI;
-  SetGlobalLocale();
   SCommandLine commandLine;
   try {
     commandLine = ParseCommandLine(argc, argv);
@@ -23,4 +25,11 @@ int main(int argc, char** argv) {
     return sc_iExitPassed;
   }
   return RunFrontEnd(commandLine);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  TestSuite::CLI::SetGlobalLocale();
+  return TestSuite::CLI::RunWithOutermostHandler([argc, argv] { return runMain(argc, argv); });
 }

@@ -191,6 +191,21 @@ TEST(ZoFileSystem, CopyFileFailures) {
   EXPECT_FALSE(ZoFileSystem::CopyFileW(Wide(dir / "from"), Wide(dir / "sub"), false));
 }
 
+TEST(ZoFileSystem, MoveFileRenamesAndNeverReplaces) {
+  const CScratchDirectory dir;
+  WriteBytes(dir / "from", "moved");
+  EXPECT_TRUE(ZoFileSystem::MoveFileW(Wide(dir / "from"), Wide(dir / "to")));
+  EXPECT_FALSE(ZoFileSystem::Exists(Wide(dir / "from")));
+  EXPECT_EQ(ReadBytes(dir / "to"), "moved");
+  WriteBytes(dir / "other", "kept");
+  EXPECT_FALSE(ZoFileSystem::MoveFileW(Wide(dir / "other"), Wide(dir / "to")));
+  EXPECT_EQ(ReadBytes(dir / "to"), "moved");
+  EXPECT_EQ(ReadBytes(dir / "other"), "kept");
+  EXPECT_FALSE(ZoFileSystem::MoveFileW(Wide(dir / "missing"), Wide(dir / "new")));
+  EXPECT_FALSE(ZoFileSystem::MoveFileW(Wide(dir / "other"), Wide(dir / "no/new")));
+  EXPECT_EQ(ReadBytes(dir / "other"), "kept");
+}
+
 TEST(ZoFileSystem, GetFileSizeAndReadFile) {
   const CScratchDirectory dir;
   const std::string bytes("a\0\r\n\xE4", 5);

@@ -67,6 +67,10 @@ bool ZoFileSystem::GetFileIdentity(const CString& path, SFileIdentity& identity)
   return true;
 }
 
+bool ZoFileSystem::MoveFileW(const CString& from, const CString& to) {
+  return Files::RenameWithoutReplacing(toSystem(from), toSystem(to));
+}
+
 std::int64_t ZoFileSystem::GetFileSize(const CString& path) {
   const auto status = Files::GetStatus(toSystem(path));
   return status && !status->bDirectory ? status->iSize : -1;

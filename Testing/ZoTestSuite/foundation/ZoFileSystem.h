@@ -40,6 +40,8 @@ class ZoFileSystem {
   static bool DeleteFileW(const CString& path);
   static bool DeleteFile(const CString& path) { return DeleteFileW(path); }
   static bool CopyFileW(const CString& from, const CString& to, bool failIfExists);
+  // Renames a file; fails, and leaves both alone, if `to` exists.
+  static bool MoveFileW(const CString& from, const CString& to);
   // Size in bytes, -1 if the file cannot be examined.
   static std::int64_t GetFileSize(const CString& path);
   // Creation time where the file system keeps it, else modification time;

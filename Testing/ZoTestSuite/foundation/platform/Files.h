@@ -41,6 +41,9 @@ bool RemoveFile(const std::string& path);
 // and the copy fails; otherwise it is replaced. Copying a file onto
 // itself fails.
 bool CopyFile(const std::string& from, const std::string& to, bool failIfExists);
+// Gives a file or directory a new name; fails if something is there under
+// the new name already, which is then left as it is.
+bool RenameWithoutReplacing(const std::string& from, const std::string& to);
 bool ReadWholeFile(const std::string& path, std::string& bytes);
 
 // A regular file opened for reading by descriptor; -1 if it cannot be

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 
@@ -115,6 +116,15 @@ bool CopyFile(const std::string& from, const std::string& to, bool failIfExists)
   if (out.Get() < 0) return false;
   const bool copied = copyBytes(in.Get(), out.Get());
   return out.Close() && copied;
+}
+
+bool RenameWithoutReplacing(const std::string& from, const std::string& to) {
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  // A file system without the flag: a hard link fails on an existing name
+  // as well. A directory cannot be linked and is not renamed there.
+  if (::link(from.c_str(), to.c_str()) != 0) return false;
+  return ::unlink(from.c_str()) == 0;
 }
 
 bool ReadWholeFile(const std::string& path, std::string& bytes) {
