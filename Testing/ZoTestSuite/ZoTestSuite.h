@@ -138,4 +138,14 @@ void GenerateDiffSelection(const SSetup& setup);
 // that are missing or do not load are said and leave no page.
 void GenerateReportDiff(const SSetup& setup);
 
+// Traces the cases that changed between the two archived reports of
+// `setup.diffInputs` back through their archive directory, to the revision
+// at which each changed (Report::GenerateDiffResultTrace), and writes the
+// summary to `setup.sDiffOutputPath`, or else beside the first report as
+// "DiffResultTrace-[<name of the first>][<name of the second>].xml".
+// `oDiffFilterMode` keeps every changed case, only those that now fail, or
+// only those that now pass; without it nothing happens at all. Anything but
+// two inputs is said and does nothing.
+void GenerateDiffResultTrace(const SSetup& setup);
+
 }  // namespace TestSuite
