@@ -148,4 +148,18 @@ void GenerateReportDiff(const SSetup& setup);
 // two inputs is said and does nothing.
 void GenerateDiffResultTrace(const SSetup& setup);
 
+// Runs the entry of a run list that `setup.sArchiveRun` names ("FILE:NAME",
+// split at the last ':') as a whole run of the front end that the entry
+// names, in a child process with external execution, heap tracking and a
+// per-case limit of 300 s (plus -l, -w, -v, -r, -c, --log-file and
+// --run-tag as `setup` gives them), then files the run's report in the
+// entry's archive directory under its archive name and updates the archive
+// overview. A missing or broken list, or a missing directory, executable
+// or selection file, is said as "Fehler in Config-File: ..." and runs
+// nothing. Throws the plain wide character pointers "Ungültige
+// Konfiguration" and "Ungültige Platform" for a list that has a bad Config
+// or Platform in any entry; the file-system errors of the overview update
+// leave it as well.
+void RunArchiveMode(const SSetup& setup);
+
 }  // namespace TestSuite
