@@ -138,4 +138,28 @@ void GenerateDiffSelection(const SSetup& setup);
 // that are missing or do not load are said and leave no page.
 void GenerateReportDiff(const SSetup& setup);
 
+// Traces the cases that changed between the two archived reports of
+// `setup.diffInputs` back through their archive directory, to the revision
+// at which each changed (Report::GenerateDiffResultTrace), and writes the
+// summary to `setup.sDiffOutputPath`, or else beside the first report as
+// "DiffResultTrace-[<name of the first>][<name of the second>].xml".
+// `oDiffFilterMode` keeps every changed case, only those that now fail, or
+// only those that now pass; without it nothing happens at all. Anything but
+// two inputs is said and does nothing.
+void GenerateDiffResultTrace(const SSetup& setup);
+
+// Runs the entry of a run list that `setup.sArchiveRun` names ("FILE:NAME",
+// split at the last ':') as a whole run of the front end that the entry
+// names, in a child process with external execution, heap tracking and a
+// per-case limit of 300 s (plus -l, -w, -v, -r, -c, --log-file and
+// --run-tag as `setup` gives them), then files the run's report in the
+// entry's archive directory under its archive name and updates the archive
+// overview. A missing or broken list, or a missing directory, executable
+// or selection file, is said as "Fehler in Config-File: ..." and runs
+// nothing. Throws the plain wide character pointers "Ungültige
+// Konfiguration" and "Ungültige Platform" for a list that has a bad Config
+// or Platform in any entry; the file-system errors of the overview update
+// leave it as well.
+void RunArchiveMode(const SSetup& setup);
+
 }  // namespace TestSuite

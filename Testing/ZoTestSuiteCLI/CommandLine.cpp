@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "ArchiveRunOptions.h"
 #include "BuildInfo.h"
 #include "DiffOptions.h"
 #include "NormalizeArchiveOptions.h"
@@ -10,6 +11,7 @@
 #include "SelectionOptions.h"
 #include "SelectionToolOptions.h"
 #include "ToolOptions.h"
+#include "TraceOptions.h"
 #include "foundation/SystemPath.h"
 #include "services/Utils.h"
 
@@ -123,6 +125,10 @@ void checkWorkers(const std::string& workers) {
 
 }  // namespace
 
+bool NeedsDataDirectory(EMode mode) {
+  return mode != EMode::Version && mode != EMode::ArchiveRun && !IsReportToolMode(mode);
+}
+
 std::string GetVersionText() {
   return std::string("ZoTestSuiteCLI ") + ZO_VERSION + " (revision " + ZO_REVISION + ", " +
          Utils::GetBuildConfiguration().ToUtf8() + ")";
@@ -156,6 +162,10 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   AddDiffOptions(app, diffOptions);
   std::string archiveDirectory;
   AddNormalizeArchiveOptions(app, archiveDirectory);
+  STraceOptionValues traceOptions;
+  AddTraceOptions(app, traceOptions);
+  SArchiveRunValues archiveRun;
+  AddArchiveRunOptions(app, archiveRun);
   try {
     app.parse(argc, argv);
   } catch (const ::CLI::CallForHelp&) {
@@ -170,6 +180,8 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   const bool bToolMode = ApplyToolOptions(toolOptions, otherModeOption(selectionOptions, recreate), commandLine.setup);
   const EMode selectionToolMode = ApplySelectionToolOptions(selectionTools, commandLine.setup);
   const bool diffPage = ApplyDiffOptions(app, diffOptions, commandLine.setup);
+  const bool trace = ApplyTraceOptions(app, traceOptions, commandLine.setup);
+  const bool archive = ApplyArchiveRunOptions(app, archiveRun, commandLine.setup);
   if (version) commandLine.eMode = EMode::Version;
   else if (!raw.sMemoryId.empty()) commandLine.eMode = EMode::Child;
   else if (bToolMode) commandLine.eMode = toolOptions.oDuplicates ? EMode::Duplicates : EMode::TimeSummary;
@@ -178,9 +190,10 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   else if (selectionOptions.bListDisabled) commandLine.eMode = EMode::ListDisabled;
   else if (recreate) commandLine.eMode = EMode::Recreate;
   else if (diffPage) commandLine.eMode = EMode::DiffPage;
+  else if (trace) commandLine.eMode = EMode::Trace;
+  else if (archive) commandLine.eMode = EMode::ArchiveRun;
   if (commandLine.eMode != EMode::Version) ApplyNormalizeArchiveOptions(app, archiveDirectory, commandLine);
-  if (commandLine.eMode != EMode::Version && !IsReportToolMode(commandLine.eMode) &&
-      commandLine.setup.sDataDir.IsEmpty())
+  if (NeedsDataDirectory(commandLine.eMode) && commandLine.setup.sDataDir.IsEmpty())
     throw CUsageError("-d: the data directory is missing (ZoTestSuiteCLI -d DIR)");
   return commandLine;
 }

@@ -23,6 +23,8 @@ enum class EMode {
   RerunFailed,       // --rerun-failed: run the failed cases of a report again
   DiffPage,          // --diff: the diff page of two reports
   NormalizeArchive,  // --normalize-archive: name the reports of a directory for the archive, write its overview
+  Trace,             // --trace: the revisions where the cases changed between two archived reports
+  ArchiveRun,        // --archive-run: one entry of a run list, filed in its archive
   Help,              // --help was printed
   Version,           // --version was printed
 };
@@ -41,6 +43,11 @@ class CUsageError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+// Whether `mode` reads a data directory given with -d: not --version, the
+// report tools, or the archive run, whose data directory stands in its run
+// list.
+bool NeedsDataDirectory(EMode mode);
 
 // Parses argv. Throws CUsageError for anything it cannot accept.
 SCommandLine ParseCommandLine(int argc, const char* const* argv);

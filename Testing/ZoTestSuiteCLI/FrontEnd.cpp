@@ -6,11 +6,13 @@
 #include <filesystem>
 #include <locale>
 
+#include "ArchiveRunOptions.h"
 #include "Console.h"
 #include "NormalizeArchiveOptions.h"
 #include "ReportOptions.h"
 #include "SelectionToolOptions.h"
 #include "TerminalSink.h"
+#include "TraceOptions.h"
 #include "foundation/SystemPath.h"
 #include "foundation/ZoUniqueId.h"
 #include "foundation/platform/Process.h"
@@ -24,17 +26,6 @@ namespace {
 bool wantsTerminal(const SCommandLine& commandLine) {
   const char* noColor = std::getenv("NO_COLOR");
   return commandLine.bColor && (noColor == nullptr || *noColor == '\0') && IsStandardOutputTerminal();
-}
-
-// The data directory as an absolute path: the run moves the working
-// directory to the executable's directory before it reads the tree.
-CString absoluteDataDir(const CString& dataDir) {
-  std::error_code error;
-  const auto path = std::filesystem::absolute(std::filesystem::path(PathToSystem(dataDir)), error);
-  if (error) return dataDir;
-  std::string text = path.lexically_normal().string();
-  while (text.size() > 1 && text.back() == '/') text.pop_back();
-  return PathFromSystem(text);
 }
 
 unsigned int countRows(const XbArray<SUnitTest>& classes, unsigned int repeat) {
@@ -128,6 +119,8 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
     case EMode::Query: RunQueryMode(setup, env); return sc_iExitPassed;
     case EMode::DiffPage: GenerateReportDiff(setup); return sc_iExitPassed;
     case EMode::NormalizeArchive: return RunNormalizeArchive(commandLine);
+    case EMode::Trace: return RunTrace(setup);
+    case EMode::ArchiveRun: return RunArchive(setup);
     case EMode::ListDisabled:
       // The listing loads only the configured libraries; those of --dll
       // are loaded here so that it sees the same classes as --query.
@@ -145,6 +138,15 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
 }
 
 }  // namespace
+
+CString MakeAbsolutePath(const CString& path) {
+  std::error_code error;
+  const auto absolute = std::filesystem::absolute(std::filesystem::path(PathToSystem(path)), error);
+  if (error) return path;
+  std::string text = absolute.lexically_normal().string();
+  while (text.size() > 1 && text.back() == '/') text.pop_back();
+  return PathFromSystem(text);
+}
 
 void SetGlobalLocale() {
   try {
@@ -169,15 +171,19 @@ bool isReadableDirectory(const CString& path) {
 
 int RunFrontEnd(SCommandLine& commandLine) {
   SSetup& setup = commandLine.setup;
-  // The report tools read reports only and need no data directory.
-  const bool bReadsData = commandLine.eMode != EMode::Child && !IsReportToolMode(commandLine.eMode);
-  if (bReadsData) setup.sDataDir = absoluteDataDir(setup.sDataDir);
+  // The data directory as an absolute path: the run moves the working
+  // directory to the executable's directory before it reads the tree.
+  const bool bReadsData = commandLine.eMode != EMode::Child && NeedsDataDirectory(commandLine.eMode);
+  if (bReadsData) setup.sDataDir = MakeAbsolutePath(setup.sDataDir);
   if (bReadsData && !isReadableDirectory(setup.sDataDir)) {
     std::fprintf(stderr, "ZoTestSuiteCLI: -d: '%s' is no readable directory\nRun with --help for the options.\n",
                  setup.sDataDir.ToUtf8().c_str());
     return sc_iExitUsage;
   }
-  if (setup.oLogFile && !setup.oLogFile->IsEmpty()) COut::SetLogFileOut(*setup.oLogFile);
+  // An archive run hands its log file on to the run that it starts, which
+  // writes it; two processes must not write one file.
+  if (setup.oLogFile && !setup.oLogFile->IsEmpty() && commandLine.eMode != EMode::ArchiveRun)
+    COut::SetLogFileOut(*setup.oLogFile);
   static CTerminalSink terminal(stdout);
   CTerminalSink* sink = nullptr;
   if (commandLine.eMode != EMode::Child && wantsTerminal(commandLine)) {

@@ -20,6 +20,10 @@ inline constexpr int sc_iExitNoCases = 5;  // the run found no case to execute
 // pass through; main() hands them to RunWithOutermostHandler.
 int RunFrontEnd(SCommandLine& commandLine);
 
+// `path` as an absolute, lexically normal path without a trailing '/'; as
+// it stands if that cannot be worked out.
+CString MakeAbsolutePath(const CString& path);
+
 // Sets the global locale from the environment, falling back to C.UTF-8
 // where that fails or is the plain C locale.
 void SetGlobalLocale();

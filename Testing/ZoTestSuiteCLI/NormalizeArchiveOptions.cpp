@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "FrontEnd.h"
+#include "foundation/SystemPath.h"
 #include "report/ArchiveNormalizer.h"
 #include "services/COut.h"
 #include "services/Utils.h"
@@ -24,7 +25,7 @@ bool ApplyNormalizeArchiveOptions(const ::CLI::App& app, const std::string& dire
   if (directory.empty()) throw CUsageError("--normalize-archive: the archive directory is missing");
   if (commandLine.eMode != EMode::Run) throw CUsageError("--normalize-archive runs alone: it excludes the other modes");
   commandLine.eMode = EMode::NormalizeArchive;
-  commandLine.sArchiveDirectory = CString::FromUtf8(directory);
+  commandLine.sArchiveDirectory = PathFromSystem(directory);
   return true;
 }
 

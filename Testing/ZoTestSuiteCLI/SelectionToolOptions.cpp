@@ -4,8 +4,8 @@
 #include "SelectionToolOptions.h"
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 
+#include "FileArguments.h"
 #include "FrontEnd.h"
 #include "foundation/SystemPath.h"
 #include "foundation/ZoFileSystem.h"
@@ -19,6 +19,7 @@ namespace TestSuite::CLI {
 namespace {
 
 const char* const c_sGroup = "Selections from reports";  // the heading in --help
+const wchar_t* const c_szSelectionFile = L"Die Auswahldatei";
 
 SSetup::EDiffFilterMode filterMode(const std::string& word) {
   if (word == "failed") return SSetup::eDiffOnlyFailed;
@@ -38,44 +39,6 @@ void checkCombinations(const SSelectionToolValues& values, const SSetup& setup) 
     throw CUsageError("--rerun-failed and --invert-selection exclude each other");
 }
 
-// Whether `output` names the same file as `input`, which it would replace.
-bool isSameFile(const CString& output, const CString& input) {
-  std::error_code error;
-  const auto a = std::filesystem::weakly_canonical(std::filesystem::path(PathToSystem(output)), error);
-  const auto b = std::filesystem::weakly_canonical(std::filesystem::path(PathToSystem(input)), error);
-  return !error && a == b;
-}
-
-// The front end's refusals of a file argument; true if `path` may be used.
-bool reportExists(const CString& path) {
-  if (ZoFileSystem::Exists(path)) return true;
-  COut::Write(L"Fehler: Datei %s existiert nicht.\n", path).Color(ZoColorRGBA::c_RED);
-  return false;
-}
-
-// Whether `output` can name a file to write: it is no directory, and the
-// directory it lies in exists.
-bool isWritablePath(const CString& output) {
-  if (ZoFileSystem::IsDirectory(output)) {
-    COut::Write(L"Fehler: %s ist ein Verzeichnis, keine Datei.\n", output).Color(ZoColorRGBA::c_RED);
-    return false;
-  }
-  CString directory, name, extension;
-  ZoFileSystem::SplitPath(output, directory, name, extension);
-  if (directory.IsEmpty() || ZoFileSystem::IsDirectory(directory)) return true;
-  COut::Write(L"Fehler: Verzeichnis %s existiert nicht.\n", directory).Color(ZoColorRGBA::c_RED);
-  return false;
-}
-
-bool outputSparesInputs(const CString& output, const XbArray<CString>& inputs) {
-  for (const CString& input : inputs) {
-    if (!isSameFile(output, input)) continue;
-    COut::Write(L"Fehler: Die Auswahldatei %s würde eine Eingabe überschreiben.\n", output).Color(ZoColorRGBA::c_RED);
-    return false;
-  }
-  return true;
-}
-
 int reportOutcome(const SSelectionFileOutcome& outcome) {
   if (!outcome.bLoaded) return sc_iExitUsage;
   if (outcome.sPath.IsEmpty()) {
@@ -90,8 +53,8 @@ int reportOutcome(const SSelectionFileOutcome& outcome) {
 
 int runDiffSelection(const SSetup& setup) {
   if (!setup.sDiffOutputPath.IsEmpty()) {
-    if (!isWritablePath(setup.sDiffOutputPath)) return sc_iExitUsage;
-    if (!outputSparesInputs(setup.sDiffOutputPath, setup.diffInputs)) return sc_iExitUsage;
+    if (!CheckWritablePath(setup.sDiffOutputPath)) return sc_iExitUsage;
+    if (!CheckOutputSparesInputs(setup.sDiffOutputPath, setup.diffInputs, c_szSelectionFile)) return sc_iExitUsage;
   }
   return reportOutcome(WriteDiffSelection(setup));
 }
@@ -99,7 +62,9 @@ int runDiffSelection(const SSetup& setup) {
 int runFailedSelection(const SSetup& setup) {
   const CString& report = setup.sSelectionSourceReport;
   const CString& output = *setup.oXmlReport;
-  if (!reportExists(report) || !isWritablePath(output) || !outputSparesInputs(output, {report})) return sc_iExitUsage;
+  if (!CheckInputExists(report) || !CheckWritablePath(output) ||
+      !CheckOutputSparesInputs(output, {report}, c_szSelectionFile))
+    return sc_iExitUsage;
   const SSelectionFileOutcome outcome = WriteSelectionOfFailedCases(setup);
   if (!outcome.bLoaded)
     COut::Write(L"Fehler: Daten der Datei %s konnten nicht geladen werden.\n", report).Color(ZoColorRGBA::c_RED);
@@ -188,7 +153,7 @@ EMode ApplySelectionToolOptions(const SSelectionToolValues& values, SSetup& setu
 
 bool IsReportToolMode(EMode mode) {
   return mode == EMode::DiffSelection || mode == EMode::FailedSelection || mode == EMode::DiffPage ||
-         mode == EMode::NormalizeArchive;
+         mode == EMode::NormalizeArchive || mode == EMode::Trace;
 }
 
 int RunSelectionTool(EMode mode, const SSetup& setup) {
@@ -197,7 +162,7 @@ int RunSelectionTool(EMode mode, const SSetup& setup) {
 
 int RerunFailedCases(SSetup& setup, const std::function<int()>& runTests) {
   const CString report = setup.sSelectionSourceReport;
-  if (!reportExists(report)) return sc_iExitUsage;
+  if (!CheckInputExists(report)) return sc_iExitUsage;
   Report::SData data;
   if (!Report::LoadReportDataFromXMLFile(report, data)) {
     COut::Write(L"Fehler: Daten der Datei %s konnten nicht geladen werden.\n", report).Color(ZoColorRGBA::c_RED);

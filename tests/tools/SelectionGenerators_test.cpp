@@ -17,20 +17,9 @@
 namespace {
 
 using namespace TestSuite;
-using Run::ECaseResult;
 
-struct SRow {
-  const wchar_t* sClass;
-  const wchar_t* sCase;
-  ECaseResult eResult;
-};
-
-Report::SData makeReport(const std::vector<SRow>& rows) {
-  Report::SData data = ReportTest::MakeEmptyReport();
-  unsigned int id = 0;
-  for (const SRow& row : rows) ReportTest::AddCase(data, id++, row.sClass, row.sCase, row.eResult);
-  return data;
-}
+using SRow = ReportTest::SCaseRow;
+using ReportTest::MakeReportOfCases;
 
 // The bytes of a selection that lists `classes`, each with its cases.
 std::string listedSelection(const std::vector<std::pair<std::string, std::vector<std::string>>>& classes) {
@@ -48,7 +37,7 @@ class SelectionGeneratorsTest : public ::testing::Test {
  protected:
   CString WriteReport(const wchar_t* name, const std::vector<SRow>& rows) {
     const CString path = m_dir / name;
-    Report::WriteXmlReport(path, makeReport(rows));
+    Report::WriteXmlReport(path, MakeReportOfCases(rows));
     return path;
   }
   // The diff selection of two reports, written to m_out.
@@ -72,7 +61,7 @@ class SelectionGeneratorsTest : public ::testing::Test {
 // Failed cases of one report.
 
 TEST_F(SelectionGeneratorsTest, FailedSelectionListsEveryFailureButNotCancelledInReportOrder) {
-  const auto selection = CreateSelectionOfFailedCasesFromReportData(makeReport({
+  const auto selection = CreateSelectionOfFailedCasesFromReportData(MakeReportOfCases({
       {L"Beta", L"b1", Run::eCaseError},
       {L"Alpha", L"a1", Run::eCaseOk},
       {L"Alpha", L"a2", Run::eCaseTimeout},

@@ -1,4 +1,4 @@
-// The diff input loader shared by the report diff, the diff result trace
+// The diff inputs and derived output names shared by the report diff, the diff result trace
 // and the diff selection.
 #include "tools/DiffInputs.h"
 
@@ -27,6 +27,14 @@ bool LoadDiffInputs(const SSetup& setup, Report::SData& first, Report::SData& se
     }
   }
   return true;
+}
+
+CString GetDiffOutputPath(const SSetup& setup, const wchar_t* prefix, const wchar_t* extension) {
+  if (!setup.sDiffOutputPath.IsEmpty()) return setup.sDiffOutputPath;
+  CString firstDirectory, firstName, secondDirectory, secondName, ignored;
+  ZoFileSystem::SplitPath(setup.diffInputs[0], firstDirectory, firstName, ignored);
+  ZoFileSystem::SplitPath(setup.diffInputs[1], secondDirectory, secondName, ignored);
+  return FormatString(L"%s%s-[%s][%s]%s", firstDirectory, prefix, firstName, secondName, extension);
 }
 
 }  // namespace TestSuite

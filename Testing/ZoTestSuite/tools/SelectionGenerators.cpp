@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "foundation/XbMap.h"
-#include "foundation/ZoFileSystem.h"
+#include "report/CaseResultMap.h"
 #include "report/XmlReportLoader.h"
 #include "tools/DiffInputs.h"
 
@@ -43,27 +43,14 @@ class CListedSelection {
   unsigned int m_uiCaseCount = 0;
 };
 
-// Results by class name, then case name: a pair of names and not one joined
-// text, so that a colon inside a name cannot make two cases one.
-using CResultTable = XbMap<CString, XbMap<CString, Run::ECaseResult>>;
-
-// Whether the filter keeps a changed case with the result `result`.
-bool passesDiffFilter(SSetup::EDiffFilterMode mode, Run::ECaseResult result) {
-  if (mode == SSetup::eDiffOnlySuccessful) return result == Run::eCaseOk;
-  if (mode == SSetup::eDiffOnlyFailed) return result != Run::eCaseOk;
-  return true;
-}
-
 // The changed cases of `second` against `first` that the filter keeps.
 CListedSelection changedCases(const Report::SData& first, const Report::SData& second, SSetup::EDiffFilterMode mode) {
-  CResultTable firstResults;
-  for (const Report::SCaseData& row : first.Cases) firstResults[row.ClassName].SetAt(row.CaseName, row.ResultType);
+  const Report::CCaseResultMap firstResults(first);
   CListedSelection selection;
   for (const Report::SCaseData& row : second.Cases) {
-    const auto* classResults = firstResults.Find(row.ClassName);
-    const Run::ECaseResult* before = classResults ? classResults->Find(row.CaseName) : nullptr;
+    const Run::ECaseResult* before = firstResults.Find(row.ClassName, row.CaseName);
     if (before && *before == row.ResultType) continue;
-    if (passesDiffFilter(mode, row.ResultType)) selection.Add(row);
+    if (Report::PassesDiffFilter(mode, row.ResultType)) selection.Add(row);
   }
   return selection;
 }
@@ -92,13 +79,7 @@ SSelectionFileOutcome WriteSelectionOfFailedCases(const SSetup& setup) {
 
 void GenerateSelectionFileFromReport(const SSetup& setup) { WriteSelectionOfFailedCases(setup); }
 
-CString GetDiffSelectionPath(const SSetup& setup) {
-  if (!setup.sDiffOutputPath.IsEmpty()) return setup.sDiffOutputPath;
-  CString firstDirectory, firstName, secondDirectory, secondName, extension;
-  ZoFileSystem::SplitPath(setup.diffInputs[0], firstDirectory, firstName, extension);
-  ZoFileSystem::SplitPath(setup.diffInputs[1], secondDirectory, secondName, extension);
-  return FormatString(L"%sDiffSelection-[%s][%s].xml", firstDirectory, firstName, secondName);
-}
+CString GetDiffSelectionPath(const SSetup& setup) { return GetDiffOutputPath(setup, L"DiffSelection", L".xml"); }
 
 SSelectionFileOutcome WriteDiffSelection(const SSetup& setup) {
   SSelectionFileOutcome outcome;

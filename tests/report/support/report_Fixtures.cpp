@@ -126,6 +126,13 @@ SData MakeEmptyReport() {
   return data;
 }
 
+SData MakeReportOfCases(const std::vector<SCaseRow>& rows) {
+  SData data = MakeEmptyReport();
+  unsigned int id = 0;
+  for (const SCaseRow& row : rows) AddCase(data, id++, row.sClass, row.sCase, row.eResult);
+  return data;
+}
+
 std::string ReadBytes(const CString& path) { return TestSupport::ReadWholeFile(path.ToUtf8()); }
 
 std::vector<std::string> SplitLines(const std::string& text) {

@@ -28,6 +28,15 @@ TestSuite::Report::SCaseData& AddCase(TestSuite::Report::SData& data, unsigned i
                                       const wchar_t* caseName, TestSuite::Run::ECaseResult result,
                                       bool warning = false);
 
+// One case of a made-up report: its class, its name and its result.
+struct SCaseRow {
+  const wchar_t* sClass;
+  const wchar_t* sCase;
+  TestSuite::Run::ECaseResult eResult;
+};
+// MakeEmptyReport with one case for each row, in order, numbered from 0.
+TestSuite::Report::SData MakeReportOfCases(const std::vector<SCaseRow>& rows);
+
 // The whole file as bytes; empty if it cannot be read.
 std::string ReadBytes(const CString& path);
 // Lines of a text without their "\n".
