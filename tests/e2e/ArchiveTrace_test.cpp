@@ -148,7 +148,7 @@ TEST_F(ArchiveTrace, EachArchiveRunFilesItsReportAndUpdatesTheOverview) {
     ASSERT_FALSE(result.bTimedOut);
     EXPECT_EQ(result.iExitCode, 0) << result.sStdout << result.sStderr;
     EXPECT_EQ(result.sStdout.find("Ausführung...\n" + BinaryDir() + s_frontEnd->Program().substr(BinaryDir().size()) +
-                                  " -d \"" + Path("data") + "\" --xml \""),
+                                  "  -d \"" + Path("data") + "\" --xml \""),
               0u)
         << result.sStdout;
     EXPECT_NE(result.sStdout.find(" -x --track-heap --no-assert-dialog -t 300 --run-tag " + std::string(c_szTags[run]) +

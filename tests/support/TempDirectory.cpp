@@ -1,6 +1,8 @@
 // TempDirectory: a scratch directory of one test.
 #include "TempDirectory.h"
 
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <filesystem>
 #include <random>
@@ -23,7 +25,11 @@ TempDirectory::~TempDirectory() {
   fs::remove_all(fs::path(PathToSystem(m_sPath)), ignored);
 }
 
+// The directories on the way to the file are made as needed.
 void TempDirectory::WriteFile(const CString& name, const std::string& bytes) const {
+  const fs::path path(PathToSystem(m_sPath + name));
+  std::error_code ignored;
+  fs::create_directories(path.parent_path(), ignored);
   WriteBytes(m_sPath + name, bytes);
 }
 
@@ -34,5 +40,7 @@ void TempDirectory::MakeDirectory(const CString& name) const {
 std::string TempDirectory::ReadBytes(const CString& path) { return TestSupport::ReadWholeFile(PathToSystem(path)); }
 
 void TempDirectory::WriteBytes(const CString& path, const std::string& bytes) {
-  TestSupport::WriteWholeFile(PathToSystem(path), bytes);
+  // A scratch file that cannot be written would let a test go on with
+  // data it did not get.
+  if (!TestSupport::WriteWholeFile(PathToSystem(path), bytes)) ADD_FAILURE() << PathToSystem(path) << " cannot be written";
 }
