@@ -42,5 +42,6 @@ std::string TempDirectory::ReadBytes(const CString& path) { return TestSupport::
 void TempDirectory::WriteBytes(const CString& path, const std::string& bytes) {
   // A scratch file that cannot be written would let a test go on with
   // data it did not get.
-  if (!TestSupport::WriteWholeFile(PathToSystem(path), bytes)) ADD_FAILURE() << PathToSystem(path) << " cannot be written";
+  if (!TestSupport::WriteWholeFile(PathToSystem(path), bytes))
+    ADD_FAILURE() << PathToSystem(path) << " cannot be written";
 }
