@@ -5,9 +5,11 @@
 
 #include "BuildInfo.h"
 #include "DiffOptions.h"
+#include "MergeOptions.h"
 #include "ReportOptions.h"
 #include "SelectionOptions.h"
 #include "SelectionToolOptions.h"
+#include "ShardOptions.h"
 #include "ToolOptions.h"
 #include "services/Utils.h"
 
@@ -146,6 +148,10 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   AddSelectionToolOptions(app, selectionTools);
   SDiffOptionValues diffOptions;
   AddDiffOptions(app, diffOptions);
+  SShardOptionValues shardOptions;
+  AddShardOptions(app, shardOptions);
+  SMergeOptionValues mergeOptions;
+  AddMergeOptions(app, mergeOptions);
   try {
     app.parse(argc, argv);
   } catch (const ::CLI::CallForHelp&) {
@@ -160,6 +166,7 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   const bool bToolMode = ApplyToolOptions(toolOptions, otherModeOption(selectionOptions, recreate), commandLine.setup);
   const EMode selectionToolMode = ApplySelectionToolOptions(selectionTools, commandLine.setup);
   const bool diffPage = ApplyDiffOptions(app, diffOptions, commandLine.setup);
+  ApplyShardOptions(shardOptions, commandLine, GetProcessVariables());
   if (version) commandLine.eMode = EMode::Version;
   else if (!raw.sMemoryId.empty()) commandLine.eMode = EMode::Child;
   else if (bToolMode) commandLine.eMode = toolOptions.oDuplicates ? EMode::Duplicates : EMode::TimeSummary;
@@ -168,6 +175,7 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   else if (selectionOptions.bListDisabled) commandLine.eMode = EMode::ListDisabled;
   else if (recreate) commandLine.eMode = EMode::Recreate;
   else if (diffPage) commandLine.eMode = EMode::DiffPage;
+  commandLine.eMode = ApplyMergeOptions(app, mergeOptions, commandLine.eMode, commandLine.setup);
   if (commandLine.eMode != EMode::Version && !IsReportToolMode(commandLine.eMode) &&
       commandLine.setup.sDataDir.IsEmpty())
     throw CUsageError("-d: the data directory is missing (ZoTestSuiteCLI -d DIR)");

@@ -22,6 +22,7 @@ enum class EMode {
   FailedSelection,  // --failed-selection: select the failed cases of a report
   RerunFailed,      // --rerun-failed: run the failed cases of a report again
   DiffPage,         // --diff: the diff page of two reports
+  MergeReports,     // --merge-reports: one report of the reports of a sharded run's parts
   Help,             // --help was printed
   Version,          // --version was printed
 };
@@ -32,6 +33,8 @@ struct SCommandLine {
   bool bColor = true;        // --no-color clears it; NO_COLOR and a non-terminal also turn colour off
   bool bAllowEmpty = false;  // --allow-empty: a run that finds no case passes
   std::string sHelpText;
+  CString sShardTimesReport;  // --shard-times: the report whose case times balance the parts
+  CString sShardStatusFile;   // Bazel's TEST_SHARD_STATUS_FILE, made before the run
 };
 
 // A bad command line: the message names the option and the problem.

@@ -4,14 +4,14 @@
 #include "SelectionToolOptions.h"
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 
+#include "FileArguments.h"
 #include "FrontEnd.h"
 #include "foundation/ZoFileSystem.h"
 #include "foundation/ZoUniqueId.h"
 #include "report/ReportData.h"
-#include "report/XmlReportLoader.h"
 #include "services/COut.h"
+#include "tools/ReportInput.h"
 #include "tools/SelectionGenerators.h"
 
 namespace TestSuite::CLI {
@@ -37,43 +37,14 @@ void checkCombinations(const SSelectionToolValues& values, const SSetup& setup) 
     throw CUsageError("--rerun-failed and --invert-selection exclude each other");
 }
 
-// Whether `output` names the same file as `input`, which it would replace.
-bool isSameFile(const CString& output, const CString& input) {
-  std::error_code error;
-  const auto a = std::filesystem::weakly_canonical(std::filesystem::path(output.ToUtf8()), error);
-  const auto b = std::filesystem::weakly_canonical(std::filesystem::path(input.ToUtf8()), error);
-  return !error && a == b;
-}
-
-// The front end's refusals of a file argument; true if `path` may be used.
+// The front end's refusal of a report to read; true if `path` may be used.
 bool reportExists(const CString& path) {
   if (ZoFileSystem::Exists(path)) return true;
   COut::Write(L"Fehler: Datei %s existiert nicht.\n", path).Color(ZoColorRGBA::c_RED);
   return false;
 }
 
-// Whether `output` can name a file to write: it is no directory, and the
-// directory it lies in exists.
-bool isWritablePath(const CString& output) {
-  if (ZoFileSystem::IsDirectory(output)) {
-    COut::Write(L"Fehler: %s ist ein Verzeichnis, keine Datei.\n", output).Color(ZoColorRGBA::c_RED);
-    return false;
-  }
-  CString directory, name, extension;
-  ZoFileSystem::SplitPath(output, directory, name, extension);
-  if (directory.IsEmpty() || ZoFileSystem::IsDirectory(directory)) return true;
-  COut::Write(L"Fehler: Verzeichnis %s existiert nicht.\n", directory).Color(ZoColorRGBA::c_RED);
-  return false;
-}
-
-bool outputSparesInputs(const CString& output, const XbArray<CString>& inputs) {
-  for (const CString& input : inputs) {
-    if (!isSameFile(output, input)) continue;
-    COut::Write(L"Fehler: Die Auswahldatei %s würde eine Eingabe überschreiben.\n", output).Color(ZoColorRGBA::c_RED);
-    return false;
-  }
-  return true;
-}
+const wchar_t* const c_sSelectionFile = L"Die Auswahldatei";
 
 int reportOutcome(const SSelectionFileOutcome& outcome) {
   if (!outcome.bLoaded) return sc_iExitUsage;
@@ -89,8 +60,8 @@ int reportOutcome(const SSelectionFileOutcome& outcome) {
 
 int runDiffSelection(const SSetup& setup) {
   if (!setup.sDiffOutputPath.IsEmpty()) {
-    if (!isWritablePath(setup.sDiffOutputPath)) return sc_iExitUsage;
-    if (!outputSparesInputs(setup.sDiffOutputPath, setup.diffInputs)) return sc_iExitUsage;
+    if (!IsWritablePath(setup.sDiffOutputPath)) return sc_iExitUsage;
+    if (!OutputSparesInputs(setup.sDiffOutputPath, setup.diffInputs, c_sSelectionFile)) return sc_iExitUsage;
   }
   return reportOutcome(WriteDiffSelection(setup));
 }
@@ -98,7 +69,8 @@ int runDiffSelection(const SSetup& setup) {
 int runFailedSelection(const SSetup& setup) {
   const CString& report = setup.sSelectionSourceReport;
   const CString& output = *setup.oXmlReport;
-  if (!reportExists(report) || !isWritablePath(output) || !outputSparesInputs(output, {report})) return sc_iExitUsage;
+  if (!reportExists(report) || !IsWritablePath(output) || !OutputSparesInputs(output, {report}, c_sSelectionFile))
+    return sc_iExitUsage;
   const SSelectionFileOutcome outcome = WriteSelectionOfFailedCases(setup);
   if (!outcome.bLoaded)
     COut::Write(L"Fehler: Daten der Datei %s konnten nicht geladen werden.\n", report).Color(ZoColorRGBA::c_RED);
@@ -186,7 +158,8 @@ EMode ApplySelectionToolOptions(const SSelectionToolValues& values, SSetup& setu
 }
 
 bool IsReportToolMode(EMode mode) {
-  return mode == EMode::DiffSelection || mode == EMode::FailedSelection || mode == EMode::DiffPage;
+  return mode == EMode::DiffSelection || mode == EMode::FailedSelection || mode == EMode::DiffPage ||
+         mode == EMode::MergeReports;
 }
 
 int RunSelectionTool(EMode mode, const SSetup& setup) {
@@ -195,12 +168,8 @@ int RunSelectionTool(EMode mode, const SSetup& setup) {
 
 int RerunFailedCases(SSetup& setup, const std::function<int()>& runTests) {
   const CString report = setup.sSelectionSourceReport;
-  if (!reportExists(report)) return sc_iExitUsage;
   Report::SData data;
-  if (!Report::LoadReportDataFromXMLFile(report, data)) {
-    COut::Write(L"Fehler: Daten der Datei %s konnten nicht geladen werden.\n", report).Color(ZoColorRGBA::c_RED);
-    return sc_iExitUsage;
-  }
+  if (!LoadReportInput(report, data)) return sc_iExitUsage;
   const std::unique_ptr<CSelectionStore::SData> selection = CreateSelectionOfFailedCasesFromReportData(data);
   const unsigned int uiCount = countCases(*selection);
   if (uiCount == 0) {
