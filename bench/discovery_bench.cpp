@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchClassNames.h"
 #include "ZoTestSuiteTree.h"
 #include "foundation/XbRTTI.h"
 #include "foundation/ZoUnitTest.h"
@@ -45,25 +46,6 @@ class BenchCountedCases : public ZoUnitTest {
 };
 
 XB_IMPLEMENT_DYNCREATE(BenchCountedCases, ZoUnitTest);
-
-std::unique_ptr<IObject> createCounted() { return std::unique_ptr<IObject>(new BenchCountedCases()); }
-
-// The class under the names Klasse00 ... Klasse99.
-struct SClassNames {
-  std::vector<std::wstring> names;
-  std::vector<std::unique_ptr<XbRTTI>> records;
-  std::vector<std::unique_ptr<XbRTTIRegistrar>> registrars;
-
-  SClassNames() {
-    names.reserve(c_iClassNames);
-    for (unsigned int i = 0; i < c_iClassNames; ++i) {
-      names.push_back(FormatString(L"Klasse%02u", i).Str());
-      records.push_back(std::make_unique<XbRTTI>(names.back().c_str(), &ZoUnitTest::RTTI, createCounted,
-                                                 XbRTTI::InstanceTestOf<BenchCountedCases>()));
-      registrars.push_back(std::make_unique<XbRTTIRegistrar>(*records.back()));
-    }
-  }
-};
 
 // A name of a prefix and a number, as in "g3".
 std::string numbered(const char* prefix, unsigned int number) {
@@ -183,7 +165,8 @@ void measure(const fs::path& base, unsigned int leaves) {
 }  // namespace
 
 int main() {
-  const SClassNames classNames;
+  const CBenchClassNames<BenchCountedCases> classNames(c_iClassNames,
+                                                       [](unsigned int i) { return FormatString(L"Klasse%02u", i); });
   const fs::path base = fs::temp_directory_path() / numbered("zo-discovery-bench-", std::random_device()());
   fs::create_directories(base);
   std::printf("discovery_bench: tree below %s\n", base.string().c_str());

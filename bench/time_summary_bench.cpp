@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "BenchClassNames.h"
 #include "BenchTiming.h"
 #include "ZoTestSuite.h"
 #include "foundation/XbRTTI.h"
@@ -45,26 +46,7 @@ class BenchHundredCases : public ZoUnitTest {
 };
 XB_IMPLEMENT_DYNCREATE(BenchHundredCases, ZoUnitTest);
 
-std::unique_ptr<IObject> createHundred() { return std::unique_ptr<IObject>(new BenchHundredCases()); }
-
 CString className(unsigned int index) { return FormatString(L"Klasse%05u", index); }
-
-// The class under the names Klasse00000 ... Klasse09999.
-struct SClassNames {
-  std::vector<std::wstring> names;
-  std::vector<std::unique_ptr<XbRTTI>> records;
-  std::vector<std::unique_ptr<XbRTTIRegistrar>> registrars;
-
-  SClassNames() {
-    names.reserve(c_uiClasses);
-    for (unsigned int i = 0; i < c_uiClasses; ++i) {
-      names.push_back(className(i).Str());
-      records.push_back(std::make_unique<XbRTTI>(names.back().c_str(), &ZoUnitTest::RTTI, createHundred,
-                                                 XbRTTI::InstanceTestOf<BenchHundredCases>()));
-      registrars.push_back(std::make_unique<XbRTTIRegistrar>(*records.back()));
-    }
-  }
-};
 
 // root/gI/tJ/KlasseNNNNN, 100 classes in each of 100 leaves.
 void makeTree(const fs::path& root) {
@@ -108,7 +90,7 @@ void printFigure(const char* what, double seconds, const char* note = "") {
 }  // namespace
 
 int main() {
-  const SClassNames classNames;
+  const CBenchClassNames<BenchHundredCases> classNames(c_uiClasses, className);
   char leaf[64];
   std::snprintf(leaf, sizeof leaf, "zo-time-summary-bench-%u", std::random_device()());
   const fs::path base = fs::temp_directory_path() / leaf;

@@ -50,6 +50,17 @@ struct SPatternFilter {
   std::optional<Utils::CWildcard> wildcard;  // when present, `regex` is not asked
 };
 
+// One of several disjoint parts of the cases, for a test set that is
+// spread over machines. A count of 1 is the whole set.
+struct SShard {
+  unsigned int uiIndex = 0;  // counted from 0, below uiCount
+  unsigned int uiCount = 1;
+  // Balance the parts by `caseTimes` instead of placing each case by the
+  // hash of its directory and key.
+  bool bByTimes = false;
+  XbMap<CString, double> caseTimes;  // key "%s:%s" of class and case -> seconds, of an earlier run
+};
+
 // How collection finds and narrows the test classes.
 struct SCollectOptions {
   bool bDropDisabled = true;
@@ -58,6 +69,7 @@ struct SCollectOptions {
   XbArray<SPatternFilter> filters;
   bool bFullMatch = false;
   unsigned int uiCaseLimit = 0xFFFFFFFF;  // all ones: no limit
+  SShard shard;                           // applied last, to what the case limit left
 };
 
 // The tree over a list of test classes: directories below the deepest
@@ -158,8 +170,9 @@ XbArray<EFilterResult> ComputeFilterTable(const XbArray<SUnitTest>& unitTests, c
 void PurgeTestCases(XbArray<SUnitTest>& unitTests, const CTree& tree, XbArray<EFilterResult> table, bool bKeepNeutral);
 
 // Scans `dataDir` for test classes and their cases, applies each class's
-// "#ExtraInfo.xml", drops disabled cases, applies selection and filters and
-// cuts the list to the case limit. The test libraries must be loaded.
+// "#ExtraInfo.xml", drops disabled cases, applies selection and filters,
+// cuts the list to the case limit and keeps the part `options.shard` of
+// what is left. The test libraries must be loaded.
 XbArray<SUnitTest> CollectUnitTests(const CString& dataDir, const SCollectOptions& options);
 
 }  // namespace TestSuite

@@ -6,10 +6,12 @@
 #include "ArchiveRunOptions.h"
 #include "BuildInfo.h"
 #include "DiffOptions.h"
+#include "MergeOptions.h"
 #include "NormalizeArchiveOptions.h"
 #include "ReportOptions.h"
 #include "SelectionOptions.h"
 #include "SelectionToolOptions.h"
+#include "ShardOptions.h"
 #include "ToolOptions.h"
 #include "TraceOptions.h"
 #include "foundation/SystemPath.h"
@@ -166,6 +168,10 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   AddTraceOptions(app, traceOptions);
   SArchiveRunValues archiveRun;
   AddArchiveRunOptions(app, archiveRun);
+  SShardOptionValues shardOptions;
+  AddShardOptions(app, shardOptions);
+  SMergeOptionValues mergeOptions;
+  AddMergeOptions(app, mergeOptions);
   try {
     app.parse(argc, argv);
   } catch (const ::CLI::CallForHelp&) {
@@ -182,6 +188,7 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   const bool diffPage = ApplyDiffOptions(app, diffOptions, commandLine.setup);
   const bool trace = ApplyTraceOptions(app, traceOptions, commandLine.setup);
   const bool archive = ApplyArchiveRunOptions(app, archiveRun, commandLine.setup);
+  ApplyShardOptions(shardOptions, commandLine, GetProcessVariables());
   if (version) commandLine.eMode = EMode::Version;
   else if (!raw.sMemoryId.empty()) commandLine.eMode = EMode::Child;
   else if (bToolMode) commandLine.eMode = toolOptions.oDuplicates ? EMode::Duplicates : EMode::TimeSummary;
@@ -192,6 +199,7 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   else if (diffPage) commandLine.eMode = EMode::DiffPage;
   else if (trace) commandLine.eMode = EMode::Trace;
   else if (archive) commandLine.eMode = EMode::ArchiveRun;
+  commandLine.eMode = ApplyMergeOptions(app, mergeOptions, commandLine.eMode, commandLine.setup);
   if (commandLine.eMode != EMode::Version) ApplyNormalizeArchiveOptions(app, archiveDirectory, commandLine);
   if (NeedsDataDirectory(commandLine.eMode) && commandLine.setup.sDataDir.IsEmpty())
     throw CUsageError("-d: the data directory is missing (ZoTestSuiteCLI -d DIR)");

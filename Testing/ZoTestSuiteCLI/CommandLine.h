@@ -25,6 +25,7 @@ enum class EMode {
   NormalizeArchive,  // --normalize-archive: name the reports of a directory for the archive, write its overview
   Trace,             // --trace: the revisions where the cases changed between two archived reports
   ArchiveRun,        // --archive-run: one entry of a run list, filed in its archive
+  MergeReports,      // --merge-reports: one report of the reports of a sharded run's parts
   Help,              // --help was printed
   Version,           // --version was printed
 };
@@ -36,6 +37,8 @@ struct SCommandLine {
   bool bAllowEmpty = false;   // --allow-empty: a run that finds no case passes
   CString sArchiveDirectory;  // --normalize-archive DIR
   std::string sHelpText;
+  CString sShardTimesReport;  // --shard-times: the report whose case times balance the parts
+  CString sShardStatusFile;   // Bazel's TEST_SHARD_STATUS_FILE, made before the run
 };
 
 // A bad command line: the message names the option and the problem.

@@ -8,9 +8,11 @@
 
 #include "ArchiveRunOptions.h"
 #include "Console.h"
+#include "MergeOptions.h"
 #include "NormalizeArchiveOptions.h"
 #include "ReportOptions.h"
 #include "SelectionToolOptions.h"
+#include "ShardOptions.h"
 #include "TerminalSink.h"
 #include "TraceOptions.h"
 #include "foundation/SystemPath.h"
@@ -69,12 +71,25 @@ int noCases(const SCommandLine& commandLine, const CEnvironment& env) {
   return commandLine.bAllowEmpty ? sc_iExitPassed : sc_iExitNoCases;
 }
 
+// A part of a sharded run that gets no case, while the whole set has some,
+// still runs: its reports, empty, are what the merge of the parts expects.
+bool isEmptyPart(const SSetup& setup) {
+  if (!IsSharded(setup)) return false;
+  SCollectOptions whole = setup.collectOptions;
+  whole.shard = SShard();
+  if (CollectUnitTests(setup.sDataDir, whole).IsEmpty()) return false;
+  COut::Write(L"Teil %d von %d erhält keinen Testfall.\n", setup.collectOptions.shard.uiIndex + 1,
+              setup.collectOptions.shard.uiCount)
+      .Color(ZoColorRGBA::c_GRAY);
+  return true;
+}
+
 int runTests(SCommandLine& commandLine, CEnvironment& env, CTerminalSink* sink) {
   SSetup& setup = commandLine.setup;
   env.LoadTestDLLs();
   for (const CString& name : setup.dllFiles) env.LoadDLL(name, false);
   setup.unitTests = CollectUnitTests(setup.sDataDir, setup.collectOptions);
-  if (setup.unitTests.IsEmpty()) return noCases(commandLine, env);
+  if (setup.unitTests.IsEmpty() && !isEmptyPart(setup)) return noCases(commandLine, env);
   warnAboutLibrariesOfChildren(setup);
   if (sink) {
     sink->BeginRun(countRows(setup.unitTests, setup.run.uiRepeatCount));
@@ -109,6 +124,8 @@ int serveParent(const SSetup& setup, CEnvironment& env) {
 int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
   SSetup& setup = commandLine.setup;
   CEnvironment env;
+  if (commandLine.eMode != EMode::Child && !IsReportToolMode(commandLine.eMode) && !PrepareShard(commandLine))
+    return sc_iExitUsage;
   switch (commandLine.eMode) {
     case EMode::Child: return serveParent(setup, env);
     case EMode::Recreate: return recreate(setup, env);
@@ -121,6 +138,7 @@ int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
     case EMode::NormalizeArchive: return RunNormalizeArchive(commandLine);
     case EMode::Trace: return RunTrace(setup);
     case EMode::ArchiveRun: return RunArchive(setup);
+    case EMode::MergeReports: return RunMergeReports(setup);
     case EMode::ListDisabled:
       // The listing loads only the configured libraries; those of --dll
       // are loaded here so that it sees the same classes as --query.

@@ -11,8 +11,8 @@
 #include "foundation/ZoFileSystem.h"
 #include "foundation/ZoUniqueId.h"
 #include "report/ReportData.h"
-#include "report/XmlReportLoader.h"
 #include "services/COut.h"
+#include "tools/ReportInput.h"
 #include "tools/SelectionGenerators.h"
 
 namespace TestSuite::CLI {
@@ -153,7 +153,7 @@ EMode ApplySelectionToolOptions(const SSelectionToolValues& values, SSetup& setu
 
 bool IsReportToolMode(EMode mode) {
   return mode == EMode::DiffSelection || mode == EMode::FailedSelection || mode == EMode::DiffPage ||
-         mode == EMode::NormalizeArchive || mode == EMode::Trace;
+         mode == EMode::NormalizeArchive || mode == EMode::Trace || mode == EMode::MergeReports;
 }
 
 int RunSelectionTool(EMode mode, const SSetup& setup) {
@@ -162,12 +162,8 @@ int RunSelectionTool(EMode mode, const SSetup& setup) {
 
 int RerunFailedCases(SSetup& setup, const std::function<int()>& runTests) {
   const CString report = setup.sSelectionSourceReport;
-  if (!CheckInputExists(report)) return sc_iExitUsage;
   Report::SData data;
-  if (!Report::LoadReportDataFromXMLFile(report, data)) {
-    COut::Write(L"Fehler: Daten der Datei %s konnten nicht geladen werden.\n", report).Color(ZoColorRGBA::c_RED);
-    return sc_iExitUsage;
-  }
+  if (!LoadReportInput(report, data)) return sc_iExitUsage;
   const std::unique_ptr<CSelectionStore::SData> selection = CreateSelectionOfFailedCasesFromReportData(data);
   const unsigned int uiCount = countCases(*selection);
   if (uiCount == 0) {

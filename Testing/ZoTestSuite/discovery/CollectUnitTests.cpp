@@ -11,6 +11,7 @@
 #include "ZoTestSuiteTree.h"
 #include "discovery/CollectFilterStages.h"
 #include "discovery/ExtraInfo.h"
+#include "discovery/ShardSelection.h"
 #include "foundation/UnitTestFactory.h"
 #include "foundation/XbRTTI.h"
 #include "foundation/ZoColorRGBA.h"
@@ -191,6 +192,7 @@ XbArray<SUnitTest> CollectUnitTests(const CString& dataDir, const SCollectOption
 
   applySelectionAndFilters(result, options);
   applyCaseLimit(result, options.uiCaseLimit);
+  ApplyShard(result, root, options.shard);
   return result;
 }
 
