@@ -129,8 +129,11 @@ int main() {
   char leaf[64];
   std::snprintf(leaf, sizeof leaf, "zo-shard-balance-bench-%u", std::random_device()());
   const fs::path base = fs::temp_directory_path() / leaf;
-  for (unsigned int c = 0; c < c_uiClasses; ++c)
-    fs::create_directories(base / "tree" / ("g" + std::to_string(c % 5)) / className(c).ToUtf8());
+  for (unsigned int c = 0; c < c_uiClasses; ++c) {
+    char group[16];
+    std::snprintf(group, sizeof group, "g%u", c % 5);
+    fs::create_directories(base / "tree" / group / className(c).ToUtf8());
+  }
   const CString dataDir = CString::FromUtf8((base / "tree").string());
   const CString reportPath = CString::FromUtf8((base / "Report.xml").string());
   CEnvironment environment;

@@ -7,7 +7,6 @@
 #include "discovery/ShardSelection.h"
 #include "foundation/ZoFileSystem.h"
 #include "report/HtmlReportWriter.h"
-#include "report/MarkupWriter.h"
 #include "report/ReportNames.h"
 #include "report/XmlReportWriter.h"
 #include "services/COut.h"
@@ -34,7 +33,6 @@ void appendCases(const Report::SData& part, Report::SData& merged) {
   for (const Report::SCaseData& row : part.Cases) {
     Report::SCaseData copy = row;
     copy.Id = merged.Cases.GetCount();
-    for (Report::SDump& dump : copy.Dumps) dump.Text = Utils::CMarkupWriter::Clean(dump.Text);
     merged.Cases.Add(std::move(copy));
   }
 }
