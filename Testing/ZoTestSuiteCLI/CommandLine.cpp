@@ -2,10 +2,12 @@
 #include "CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 
 #include "BuildInfo.h"
 #include "DiffOptions.h"
 #include "ReportOptions.h"
+#include "RunControlOptions.h"
 #include "SelectionOptions.h"
 #include "SelectionToolOptions.h"
 #include "ToolOptions.h"
@@ -65,8 +67,10 @@ void addRunOptions(::CLI::App& app, SRawOptions& raw, SSetup& setup) {
 }
 
 void addProcessOptions(::CLI::App& app, SRawOptions& raw, SCommandLine& commandLine, bool& recreate) {
-  app.add_option("--dll", raw.dlls, "Load the test library NAME.so beside the front end (repeatable)")
-      ->type_name("NAME");
+  app.add_option("--dll", raw.dlls,
+                 "Load the test library NAME.so beside the front end, or the library file at PATH "
+                 "(repeatable; child processes load it too)")
+      ->type_name("NAME|PATH");
   app.add_option("--log-file", raw.sLogFile, "Write everything that is printed to FILE as well")->type_name("FILE");
   app.add_option("--run-tag", raw.sRunTag, "Tag of this run, carried into its reports")->type_name("TAG");
   app.add_flag("--recreate", recreate, "Renew the reference data of the cases instead of running them");
@@ -77,6 +81,17 @@ void addProcessOptions(::CLI::App& app, SRawOptions& raw, SCommandLine& commandL
   app.add_option("--memory-id", raw.sMemoryId, "Child side: name of the shared work block")->group("");
   app.add_option("--request-event-id", raw.sRequestEventId, "Child side: name of the request event")->group("");
   app.add_option("--response-event-id", raw.sResponseEventId, "Child side: name of the response event")->group("");
+}
+
+// A library name stays a name; a path (with a '/' or ending in ".so") must
+// name a file and becomes absolute, since the run and its children work in
+// the executable's directory.
+CString libraryArgument(const std::string& dll) {
+  const bool bPath = dll.find('/') != std::string::npos || (dll.size() > 3 && dll.ends_with(".so"));
+  if (!bPath) return wide(dll);
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(dll, error)) throw CUsageError("--dll: '" + dll + "' is no library file");
+  return wide(std::filesystem::absolute(dll, error).lexically_normal().string());
 }
 
 void applyRaw(const ::CLI::App& app, const SRawOptions& raw, SSetup& setup) {
@@ -96,7 +111,7 @@ void applyRaw(const ::CLI::App& app, const SRawOptions& raw, SSetup& setup) {
     if (key == 1) setup.run.bDebugOption1 = true;
     if (key == 2) setup.run.bDebugOption2 = true;
   }
-  for (const auto& dll : raw.dlls) setup.dllFiles.Add(wide(dll));
+  for (const auto& dll : raw.dlls) setup.dllFiles.Add(libraryArgument(dll));
   if (app.count("--log-file") > 0) setup.oLogFile = wide(raw.sLogFile);
   setup.sRunTag = wide(raw.sRunTag);
   setup.sMemoryId = wide(raw.sMemoryId);
@@ -146,6 +161,8 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   AddSelectionToolOptions(app, selectionTools);
   SDiffOptionValues diffOptions;
   AddDiffOptions(app, diffOptions);
+  SRunControlValues runControl;
+  AddRunControlOptions(app, runControl);
   try {
     app.parse(argc, argv);
   } catch (const ::CLI::CallForHelp&) {
@@ -156,6 +173,7 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   checkWorkers(raw.sWorkers);
   applyRaw(app, raw, commandLine.setup);
   ApplyReportOptions(app, reportOptions, commandLine.setup);
+  ApplyRunControlOptions(app, runControl, commandLine.setup);
   ApplySelectionOptions(selectionOptions, commandLine.setup);
   const bool bToolMode = ApplyToolOptions(toolOptions, otherModeOption(selectionOptions, recreate), commandLine.setup);
   const EMode selectionToolMode = ApplySelectionToolOptions(selectionTools, commandLine.setup);
