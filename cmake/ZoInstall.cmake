@@ -1,6 +1,6 @@
 # Install rules and the CMake package: find_package(ZoTestSuite) gives
 # ZoTestSuite::Foundation, ZoTestSuite::ZoTestSuite, ZoTestSuite::ZoTestSuiteCLI
-# and zo_add_test_library().
+# and the functions zo_add_test_library() and zo_add_data_tests().
 include(CMakePackageConfigHelpers)
 
 set(zo_targets ZoFoundation ZoTestSuite)
@@ -24,6 +24,7 @@ install(FILES
   ${CMAKE_CURRENT_BINARY_DIR}/ZoTestSuiteConfig.cmake
   ${CMAKE_CURRENT_BINARY_DIR}/ZoTestSuiteConfigVersion.cmake
   cmake/ZoTestLibrary.cmake
+  cmake/ZoDataTestsDiscovery.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/ZoTestSuite)
 
 # The same package straight from the build tree.
@@ -32,6 +33,6 @@ export(EXPORT ZoTestSuiteTargets NAMESPACE ZoTestSuite::
 set(ZO_BUILD_TREE_PACKAGE ON)
 configure_file(cmake/ZoTestSuiteBuildTreeConfig.cmake.in
   ${CMAKE_BINARY_DIR}/ZoTestSuiteConfig.cmake @ONLY)
-file(COPY cmake/ZoTestLibrary.cmake DESTINATION ${CMAKE_BINARY_DIR})
+file(COPY cmake/ZoTestLibrary.cmake cmake/ZoDataTestsDiscovery.cmake DESTINATION ${CMAKE_BINARY_DIR})
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/ZoTestSuiteConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)

@@ -75,6 +75,14 @@ struct SSetup {
   bool bFrontEndFlagD = false;
   CString sFrontEndText;
   CString sRunTag;
+  // A failed or erroneous case runs again, up to this many more times.
+  unsigned int uiRetryCount = 0;
+  // After this many failed or erroneous cases the rest of the run is
+  // cancelled; 0: no limit.
+  unsigned int uiMaxFailures = 0;
+  // Present: the rows run in an order drawn from this seed; the same seed
+  // gives the same order.
+  std::optional<std::uint64_t> oShuffleSeed;
 };
 
 // Loads the test libraries (those of the environment's configuration, then

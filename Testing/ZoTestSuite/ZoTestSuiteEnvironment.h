@@ -28,8 +28,9 @@ class CEnvironment {
   CEnvironment(const CEnvironment&) = delete;
   CEnvironment& operator=(const CEnvironment&) = delete;
 
-  // Loads NAME.so from the configuration directory; a missing file is
-  // silent, a failed load one warning.
+  // Loads NAME.so from the configuration directory, or, for a name with a
+  // '/', the library file at that path; a missing file is silent, a failed
+  // load one warning.
   void LoadDLL(const CString& name, bool fromConfiguration);
   // Loads every library that the configuration directory's
   // ZoTestSuiteEnvironment.conf names.

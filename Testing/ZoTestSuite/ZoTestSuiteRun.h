@@ -53,7 +53,8 @@ struct SCaseResult {
   bool bWarning = false;
   std::int32_t iThreadIndex = -1;
   std::int32_t iProcessIndex = -1;
-  CString sStartTime;  // "Y-m-d H:i:s.v", only with bRecordStartTime
+  CString sStartTime;           // "Y-m-d H:i:s.v", only with bRecordStartTime
+  unsigned int uiAttempts = 1;  // above 1 only when a failed case ran again
 };
 
 // The tally of a group of rows.
@@ -78,6 +79,8 @@ struct SRunStatistics {
   std::uint64_t uiMemorySum = 0;
   XbDateTime dateBegin;
   XbDateTime dateEnd;
+  unsigned int uiFlaky = 0;         // rows that passed only on a later attempt
+  unsigned int uiFailureLimit = 0;  // the limit of failed cases that cut the run short; 0 if none did
 };
 
 namespace Run {

@@ -2,6 +2,7 @@
 #include "CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 
 #include "ArchiveRunOptions.h"
 #include "BuildInfo.h"
@@ -9,6 +10,7 @@
 #include "MergeOptions.h"
 #include "NormalizeArchiveOptions.h"
 #include "ReportOptions.h"
+#include "RunControlOptions.h"
 #include "SelectionOptions.h"
 #include "SelectionToolOptions.h"
 #include "ShardOptions.h"
@@ -73,8 +75,10 @@ void addRunOptions(::CLI::App& app, SRawOptions& raw, SSetup& setup) {
 }
 
 void addProcessOptions(::CLI::App& app, SRawOptions& raw, SCommandLine& commandLine, bool& recreate) {
-  app.add_option("--dll", raw.dlls, "Load the test library NAME.so beside the front end (repeatable)")
-      ->type_name("NAME");
+  app.add_option("--dll", raw.dlls,
+                 "Load the test library NAME.so beside the front end, or the library file at PATH "
+                 "(repeatable; child processes load it too)")
+      ->type_name("NAME|PATH");
   app.add_option("--log-file", raw.sLogFile, "Write everything that is printed to FILE as well")->type_name("FILE");
   app.add_option("--run-tag", raw.sRunTag, "Tag of this run, carried into its reports")->type_name("TAG");
   app.add_flag("--recreate", recreate, "Renew the reference data of the cases instead of running them");
@@ -85,6 +89,17 @@ void addProcessOptions(::CLI::App& app, SRawOptions& raw, SCommandLine& commandL
   app.add_option("--memory-id", raw.sMemoryId, "Child side: name of the shared work block")->group("");
   app.add_option("--request-event-id", raw.sRequestEventId, "Child side: name of the request event")->group("");
   app.add_option("--response-event-id", raw.sResponseEventId, "Child side: name of the response event")->group("");
+}
+
+// A library name stays a name; a path (with a '/' or ending in ".so") must
+// name a file and becomes absolute, since the run and its children work in
+// the executable's directory.
+CString libraryArgument(const std::string& dll) {
+  const bool bPath = dll.find('/') != std::string::npos || (dll.size() > 3 && dll.ends_with(".so"));
+  if (!bPath) return wide(dll);
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(dll, error)) throw CUsageError("--dll: '" + dll + "' is no library file");
+  return path(std::filesystem::absolute(dll, error).lexically_normal().string());
 }
 
 void applyRaw(const ::CLI::App& app, const SRawOptions& raw, SSetup& setup) {
@@ -104,7 +119,7 @@ void applyRaw(const ::CLI::App& app, const SRawOptions& raw, SSetup& setup) {
     if (key == 1) setup.run.bDebugOption1 = true;
     if (key == 2) setup.run.bDebugOption2 = true;
   }
-  for (const auto& dll : raw.dlls) setup.dllFiles.Add(path(dll));
+  for (const auto& dll : raw.dlls) setup.dllFiles.Add(libraryArgument(dll));
   if (app.count("--log-file") > 0) setup.oLogFile = path(raw.sLogFile);
   setup.sRunTag = wide(raw.sRunTag);
   setup.sMemoryId = wide(raw.sMemoryId);
@@ -172,6 +187,8 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   AddShardOptions(app, shardOptions);
   SMergeOptionValues mergeOptions;
   AddMergeOptions(app, mergeOptions);
+  SRunControlValues runControl;
+  AddRunControlOptions(app, runControl);
   try {
     app.parse(argc, argv);
   } catch (const ::CLI::CallForHelp&) {
@@ -182,6 +199,7 @@ SCommandLine ParseCommandLine(int argc, const char* const* argv) {
   checkWorkers(raw.sWorkers);
   applyRaw(app, raw, commandLine.setup);
   ApplyReportOptions(app, reportOptions, commandLine.setup);
+  ApplyRunControlOptions(app, runControl, commandLine.setup);
   ApplySelectionOptions(selectionOptions, commandLine.setup);
   const bool bToolMode = ApplyToolOptions(toolOptions, otherModeOption(selectionOptions, recreate), commandLine.setup);
   const EMode selectionToolMode = ApplySelectionToolOptions(selectionTools, commandLine.setup);

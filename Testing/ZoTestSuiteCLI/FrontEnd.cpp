@@ -18,6 +18,7 @@
 #include "foundation/SystemPath.h"
 #include "foundation/ZoUniqueId.h"
 #include "foundation/platform/Process.h"
+#include "run/RetryPolicy.h"
 #include "run/external/ExternalObjectSweep.h"
 #include "services/COut.h"
 
@@ -36,28 +37,6 @@ unsigned int countRows(const XbArray<SUnitTest>& classes, unsigned int repeat) {
   return rows;
 }
 
-// Child processes load only the libraries of ZoTestSuiteEnvironment.conf:
-// their command line carries the data directory and the ids alone.
-bool runsCasesInChildren(const SSetup& setup) {
-  if (setup.run.bExternal) return true;
-  for (const SUnitTest& unitTest : setup.unitTests)
-    for (const SUnitTest::SCase& testCase : unitTest.Cases) {
-      const XbVariant* external = testCase.Params.Find(CString(L"External"));
-      if (external && external->IsBool() && external->GetBool()) return true;
-    }
-  return false;
-}
-
-void warnAboutLibrariesOfChildren(const SSetup& setup) {
-  if (setup.dllFiles.IsEmpty() || !runsCasesInChildren(setup)) return;
-  COut::Write(
-      L"Hinweis: Mit --dll geladene Bibliotheken fehlen in den Kindprozessen; "
-      L"für -x gehören sie in ZoTestSuiteEnvironment.conf.\n")
-      .Color(ZoColorRGBA::c_GOLDENROD);
-}
-
-bool isFailure(Run::ECaseResult result) { return result != Run::eCaseOk && result != Run::eCaseCanceled; }
-
 // A run that found nothing: a mistyped filter or a missing library passes
 // no CI job, unless the user says that an empty run is fine.
 int noCases(const SCommandLine& commandLine, const CEnvironment& env) {
@@ -66,7 +45,7 @@ int noCases(const SCommandLine& commandLine, const CEnvironment& env) {
   if (env.GetLoadedLibraryCount() == 0)
     COut::Write(
         L"Hinweis: Keine Testbibliothek geladen; --dll NAME lädt NAME.so neben ZoTestSuiteCLI, "
-        L"oder ZoTestSuiteEnvironment.conf nennt sie.\n")
+        L"--dll PFAD die Bibliothek an diesem Pfad, oder ZoTestSuiteEnvironment.conf nennt sie.\n")
         .Color(ZoColorRGBA::c_GRAY);
   return commandLine.bAllowEmpty ? sc_iExitPassed : sc_iExitNoCases;
 }
@@ -90,10 +69,9 @@ int runTests(SCommandLine& commandLine, CEnvironment& env, CTerminalSink* sink) 
   for (const CString& name : setup.dllFiles) env.LoadDLL(name, false);
   setup.unitTests = CollectUnitTests(setup.sDataDir, setup.collectOptions);
   if (setup.unitTests.IsEmpty() && !isEmptyPart(setup)) return noCases(commandLine, env);
-  warnAboutLibrariesOfChildren(setup);
   if (sink) {
     sink->BeginRun(countRows(setup.unitTests, setup.run.uiRepeatCount));
-    setup.callbacks.fnCaseFinished = [sink](Run::ECaseResult result) { sink->CaseFinished(isFailure(result)); };
+    setup.callbacks.fnCaseFinished = [sink](Run::ECaseResult result) { sink->CaseFinished(IsFailedResult(result)); };
   }
   const Run::SResult result = Run::Run(setup, env);
   WriteJUnitReportOfRun(setup, result);

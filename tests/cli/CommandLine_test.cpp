@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "TempDirectory.h"
+#include "cli_ParseWords.h"
+
 using namespace TestSuite;
 using namespace TestSuite::CLI;
 
@@ -76,4 +81,24 @@ TEST(CommandLine, ModesAndUsageErrors) {
   EXPECT_THROW(parse({"-d", "data", "-r", "x"}), CUsageError);
   EXPECT_THROW(parse({"-v"}), CUsageError);
   EXPECT_THROW(parse({"-d", "data", "stray"}), CUsageError);
+}
+
+TEST(CommandLine, ALibraryPathBecomesAbsoluteAndANameStaysAName) {
+  TempDirectory directory;
+  directory.WriteFile(L"My Tests.so", "not really a library");
+  const std::string path = (directory / L"My Tests.so").ToUtf8();
+  const SSetup setup = parse({"-d", "data", "--dll", "Plain", "--dll", path.c_str()}).setup;
+  ASSERT_EQ(setup.dllFiles.GetCount(), 2u);
+  EXPECT_EQ(setup.dllFiles[0], CString(L"Plain"));
+  EXPECT_EQ(setup.dllFiles[1], CString::FromUtf8(path));
+  const std::string relative = std::filesystem::relative(path, std::filesystem::current_path()).string();
+  EXPECT_EQ(parse({"-d", "data", "--dll", relative.c_str()}).setup.dllFiles[0], CString::FromUtf8(path));
+}
+
+TEST(CommandLine, ALibraryPathThatNamesNoFileIsAUsageError) {
+  TempDirectory directory;
+  const std::string missing = (directory / L"Missing.so").ToUtf8();
+  EXPECT_EQ(CliParse::UsageError({"--dll", missing.c_str()}), "--dll: '" + missing + "' is no library file");
+  const std::string folder = directory.Path().ToUtf8();
+  EXPECT_EQ(CliParse::UsageError({"--dll", folder.c_str()}), "--dll: '" + folder + "' is no library file");
 }

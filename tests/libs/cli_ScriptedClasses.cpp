@@ -3,7 +3,11 @@
 // directory; the first word of each file says what its case does:
 //   pass | fail | dataerror | different | throw | result N | leak N |
 //   output N (writes N characters of output) | info TEXT (one info line) |
-//   sleep N (passes after N seconds; with a time-out below N it is killed)
+//   sleep N (passes after N seconds; with a time-out below N it is killed) |
+//   flaky N (fails its first N attempts, then passes) | crashy N (ends its
+//   process with abort() on its first N attempts, then passes) | crash
+//   (always ends its process). The attempts are counted in a file beside
+//   the case, "NAME.case.attempts", so that they survive a process.
 // CliVanishing lists "stays", and "vanishes" only the first time a process
 // asks it, so that the case is gone between discovery and run.
 #include <atomic>
@@ -21,6 +25,15 @@
 namespace {
 
 void* volatile g_leak = nullptr;
+
+// The number of earlier attempts of the case at `casePath`, counted up by
+// one for this attempt in the file beside it.
+int countAttempt(const std::string& casePath) {
+  const std::string counter = casePath + ".attempts";
+  const int earlier = std::atoi(TestSupport::ReadWholeFile(counter).c_str());
+  TestSupport::WriteWholeFile(counter, std::to_string(earlier + 1));
+  return earlier;
+}
 
 }  // namespace
 
@@ -47,6 +60,14 @@ class CliScripted : public ZoUnitTestFileBased {
     if (verb == "output") *GetMessageStream() << CString(L'o', std::atoi(argument.c_str()));
     if (verb == "info") Info(L"%S", argument);
     if (verb == "sleep") std::this_thread::sleep_for(std::chrono::seconds(std::atoi(argument.c_str())));
+    if (verb == "crash") std::abort();
+    if (verb == "flaky" || verb == "crashy") {
+      const int earlier = countAttempt(GetFilePath(index).ToUtf8());
+      if (earlier >= std::atoi(argument.c_str())) return eSuccess;
+      if (verb == "crashy") std::abort();
+      Error(L"attempt %d fails on purpose", earlier + 1);
+      return eFailure;
+    }
     return eSuccess;
   }
 };

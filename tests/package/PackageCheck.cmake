@@ -7,7 +7,8 @@
 #
 # install:    installs PROJECT_BUILD_DIR into WORK_DIR/prefix and finds the
 #             package through CMAKE_PREFIX_PATH; the library goes where
-#             zo_add_test_library puts it by default.
+#             zo_add_test_library puts it by default, the example's own
+#             build tree, never into the installed package.
 # build-tree: finds the package through ZoTestSuite_DIR=PROJECT_BUILD_DIR;
 #             the library goes to ZO_TEST_LIBRARY_DIR, so that nothing is
 #             written into the project's own build tree.
@@ -31,7 +32,7 @@ if(MODE STREQUAL "install")
   set(prefix ${WORK_DIR}/prefix)
   run(${CMAKE_COMMAND} --install ${PROJECT_BUILD_DIR} --prefix ${prefix})
   set(package_args -DCMAKE_PREFIX_PATH=${prefix})
-  set(candidates ${example_build}/${library_name}.so ${prefix}/bin/${library_name}.so)
+  set(candidates ${example_build}/${library_name}.so)
 elseif(MODE STREQUAL "build-tree")
   set(package_args -DZoTestSuite_DIR=${PROJECT_BUILD_DIR} -DZO_TEST_LIBRARY_DIR=${WORK_DIR}/libraries)
   set(candidates ${WORK_DIR}/libraries/${library_name}.so)

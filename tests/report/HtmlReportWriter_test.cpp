@@ -46,6 +46,15 @@ TEST(HtmlReportWriterTest, FixedReportMatchesTheGoldenFile) {
   ExpectGoldenBytes("Report.html", writePage(MakeFixedReport(), false, false));
 }
 
+TEST(HtmlReportWriterTest, TheSeedOfAShuffledRunIsARowOfTheSetupOnlyWhenThereIsOne) {
+  SData data = MakeEmptyReport();
+  data.ShuffleSeed = 42;
+  EXPECT_TRUE(contains(writePage(data), "Shuffle Seed:"));
+  EXPECT_TRUE(contains(writePage(data), ">42<"));
+  data.ShuffleSeed.reset();
+  EXPECT_FALSE(contains(writePage(data), "Shuffle Seed:"));
+}
+
 TEST(HtmlReportWriterTest, ZeroClassesGiveARateOfZero) {
   const std::string page = writePage(MakeEmptyReport());
   EXPECT_TRUE(contains(page, "\t\t\t\t<td>Successful Classes / Total Classes:</td>\n\t\t\t\t<td>0/0 = 0.00%</td>\n"));

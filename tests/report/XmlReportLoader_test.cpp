@@ -68,6 +68,7 @@ void expectSameHeader(const SData& loaded, const SData& written) {
   EXPECT_EQ(loaded.ThreadCount, written.ThreadCount);
   EXPECT_EQ(loaded.TimeOut, written.TimeOut);
   EXPECT_EQ(loaded.RunTag, written.RunTag);
+  EXPECT_EQ(loaded.ShuffleSeed, written.ShuffleSeed);
   EXPECT_EQ(loaded.ClassesTotal, written.ClassesTotal);
   EXPECT_EQ(loaded.ClassesSuccessful, written.ClassesSuccessful);
   EXPECT_EQ(loaded.CasesTotal, written.CasesTotal);
@@ -156,6 +157,19 @@ TEST(XmlReportLoaderTest, TimesLoadBackUnderALocaleWithADecimalComma) {
   const SData loaded = writeAndLoad(written);
   std::setlocale(LC_ALL, previous.c_str());
   EXPECT_EQ(loaded.TimeTotal, 2.5);
+}
+
+TEST(XmlReportLoaderTest, TheSeedOfAShuffledRunComesBackAndAReportWithoutOneHasNone) {
+  SData written = MakeFixedReport();
+  written.ShuffleSeed = 18446744073709551615u;
+  EXPECT_EQ(writeAndLoad(written).ShuffleSeed, written.ShuffleSeed);
+  written.ShuffleSeed = 0;
+  EXPECT_EQ(writeAndLoad(written).ShuffleSeed, std::optional<std::uint64_t>(0));
+  written.ShuffleSeed.reset();
+  EXPECT_FALSE(writeAndLoad(written).ShuffleSeed.has_value());
+  EXPECT_FALSE(
+      loadText(std::string(c_prolog) + "<testsuite><RunInfo><ShuffleSeed></ShuffleSeed></RunInfo></testsuite>\n")
+          .data.ShuffleSeed.has_value());
 }
 
 TEST(XmlReportLoaderTest, Latin1LettersBeforeADelimiterLoadBack) {

@@ -45,6 +45,16 @@ TEST(XmlReportWriterTest, TimeOutOfAllOnesIsWrittenAsMinusOne) {
   EXPECT_NE(writeReport(data).find("\n\t\t<TimeOut>30</TimeOut>\n"), std::string::npos);
 }
 
+TEST(XmlReportWriterTest, TheSeedOfAShuffledRunFollowsTheTimeOutAndIsLeftOutWithoutOne) {
+  SData data = MakeEmptyReport();
+  data.TimeOut = 30;
+  data.ShuffleSeed = 42;
+  EXPECT_NE(writeReport(data).find("\n\t\t<TimeOut>30</TimeOut>\n\t\t<ShuffleSeed>42</ShuffleSeed>\n\t</RunInfo>\n"),
+            std::string::npos);
+  data.ShuffleSeed.reset();
+  EXPECT_EQ(writeReport(data).find("ShuffleSeed"), std::string::npos);
+}
+
 TEST(XmlReportWriterTest, WithoutBuildInformationOnlyTheConfigurationIsInBuildInfo) {
   const std::vector<std::string> expected = {
       "\t<BuildInfo>", "\t\t<BuildConfiguration>Release x64</BuildConfiguration>", "\t</BuildInfo>"};

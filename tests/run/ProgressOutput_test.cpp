@@ -185,3 +185,39 @@ TEST(PrintCase, OutputThatEndsMidLineIsFollowedByALineEnd) {
   PrintCaseResult(row, false, false);
   EXPECT_EQ(recorder.Messages().size(), 3u);
 }
+
+TEST(PrintCase, AFlakyCaseSaysOnWhichAttemptItPassed) {
+  SCaseResult row;
+  row.eResult = Run::eCaseOk;
+  row.bWarning = true;
+  row.iMemoryDelta = 100;
+  row.uiAttempts = 3;
+  COutRecorder recorder;
+  PrintCaseResult(row, false, false);
+  EXPECT_EQ(recorder.Messages()[0].sText, CString(L"WARNUNG (Erst im 3. Versuch erfolgreich)"));
+  EXPECT_EQ(recorder.Messages()[0].color, ZoColorRGBA::c_GOLDENROD);
+  recorder.Clear();
+  row.eResult = Run::eCaseError;
+  PrintCaseResult(row, false, false);
+  EXPECT_EQ(recorder.Messages()[0].sText, CString(L"FEHLER (Die Ausführung dieses Testfalls ist fehlgeschlagen)"));
+}
+
+TEST(PrintSummary, FlakyCasesAndTheFailureLimitThatStoppedTheRun) {
+  SRunStatistics statistics;
+  statistics.total.uiTotal = 3;
+  statistics.total.uiResults[0] = 3;
+  statistics.total.uiWarnings = 1;
+  statistics.uiClassesRun = statistics.uiClassesOk = 1;
+  statistics.uiFlaky = 1;
+  statistics.uiFailureLimit = 2;
+  COutRecorder recorder;
+  PrintSummary({}, false, statistics);
+  EXPECT_EQ(recorder.Text(),
+            CString(L"\nZusammenfassung\n\tAusgeführt:\t3 Tests, 1 Klasse\n\tErfolgreich:\t3 Tests, 1 Klasse\n"
+                    L"\tMit Warnung:\t1 Test, 1 Klasse\n"
+                    L"\tInstabil:\t1 Test (erst nach Wiederholung erfolgreich)\n"
+                    L"\tAbgebrochen:\tnach dem 2. fehlerhaften Test (Fehlergrenze)\n"));
+  const auto messages = recorder.Messages();
+  EXPECT_EQ(messages[messages.size() - 2].color, ZoColorRGBA::c_GOLDENROD);
+  EXPECT_EQ(messages.back().color, ZoColorRGBA::c_GOLDENROD);
+}

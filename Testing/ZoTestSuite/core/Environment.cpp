@@ -101,8 +101,10 @@ CEnvironment::~CEnvironment() {
 
 void CEnvironment::LoadDLL(const CString& name, bool fromConfiguration) {
   static_cast<void>(fromConfiguration);  // both callers load the same way
-  const CString fileName = name + L".so";
-  const CString path = sConfigurationDirectory + fileName;
+  // A name with a '/' is the path of the library file itself.
+  const bool bPath = name.Find(L'/') >= 0;
+  const CString fileName = bPath ? name : name + L".so";
+  const CString path = bPath ? name : sConfigurationDirectory + fileName;
   if (!ZoFileSystem::Exists(path)) return;
   for (const CString& failed : failedLibraries)
     if (failed == path) return;

@@ -41,6 +41,7 @@ void writeSetupTable(CMarkupWriter& writer, const SData& data) {
   WriteHtmlTableRow(writer, L"Thread Count:", FormatString(L"%d", data.ThreadCount));
   WriteHtmlTableRow(writer, L"Testcase Time Out (sec.):",
                     data.TimeOut == 0xFFFFFFFF ? CString(L"-") : FormatString(L"%d", data.TimeOut));
+  if (data.ShuffleSeed) WriteHtmlTableRow(writer, L"Shuffle Seed:", FormatString(L"%I64u", *data.ShuffleSeed));
   writer.WriteLineClose(L"</table>");
 }
 

@@ -72,6 +72,7 @@ void writeProperties(CMarkupWriter& writer, const SData& data) {
   writeProperty(writer, L"ThreadCount", FormatString(L"%u", data.ThreadCount));
   writeProperty(writer, L"TimeOut", FormatString(L"%d", static_cast<int>(data.TimeOut)));
   writeProperty(writer, L"RunTag", data.RunTag);
+  if (data.ShuffleSeed) writeProperty(writer, L"ShuffleSeed", FormatString(L"%I64u", *data.ShuffleSeed));
   writeProperty(writer, L"DateBegin", data.DateBegin);
   writeProperty(writer, L"DateEnd", data.DateEnd);
   writer.WriteLineClose(L"</properties>");

@@ -78,6 +78,7 @@ void fillMachineAndSetup(SData& data, const SSetup& setup) {
   data.ThreadCount = setup.run.bParallel ? setup.run.uiThreadCount : 1;
   data.TimeOut = setup.run.uiTimeOutSec;
   data.RunTag = setup.sRunTag;
+  data.ShuffleSeed = setup.oShuffleSeed;
 }
 
 void fillStatistics(SData& data, const SRunStatistics& statistics) {

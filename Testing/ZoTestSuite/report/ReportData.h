@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "ZoTestSuite.h"
 #include "services/BuildInformation.h"
@@ -55,9 +56,10 @@ struct SData {
   unsigned int ThreadCount = 0;
   unsigned int TimeOut = 0;  // seconds; 0xFFFFFFFF: none
   CString RunTag;
-  unsigned int ClassesTotal = 0;       // classes with at least one reported case
-  unsigned int ClassesSuccessful = 0;  // of these, the ones whose every case is OK
-  unsigned int ClassesNotClean = 0;    // ClassesTotal minus the successful ones without warning; not in files
+  std::optional<std::uint64_t> ShuffleSeed;  // the seed of a run in shuffled order; none for the table's order
+  unsigned int ClassesTotal = 0;             // classes with at least one reported case
+  unsigned int ClassesSuccessful = 0;        // of these, the ones whose every case is OK
+  unsigned int ClassesNotClean = 0;          // ClassesTotal minus the successful ones without warning; not in files
   unsigned int CasesTotal = 0;
   unsigned int Successful = 0;
   unsigned int Failures = 0;  // failure group: results 1 to 4

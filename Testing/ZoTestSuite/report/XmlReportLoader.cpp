@@ -64,6 +64,7 @@ void readSystemAndRun(const XMLNode& root, SData& data) {
   data.RunTag = textOf(run, "RunTag");
   data.ThreadCount = uintOf(run, "ThreadCount");
   data.TimeOut = uintOf(run, "TimeOut");
+  Utils::GetUInt64Optional(run.getChildNode("ShuffleSeed", 0), data.ShuffleSeed);
 }
 
 // The record exists only if its element `presence` has a text.

@@ -37,6 +37,7 @@ void writeRunInfo(CMarkupWriter& writer, const SData& data) {
   writer.WriteElement(L"RunTag", data.RunTag);
   writer.WriteElement(L"ThreadCount", data.ThreadCount);
   writer.WriteElement(L"TimeOut", static_cast<int>(data.TimeOut));  // no limit reads -1
+  if (data.ShuffleSeed) writer.WriteElement(L"ShuffleSeed", *data.ShuffleSeed);
   writer.WriteLineClose(L"</RunInfo>");
 }
 

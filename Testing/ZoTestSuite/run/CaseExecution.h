@@ -30,6 +30,7 @@ struct SCaseContext {
   std::unique_ptr<CNamedEvent> requestEvent;
   std::unique_ptr<CNamedEvent> responseEvent;
   std::uint64_t uiRunDate = 0;
+  XbArray<CString> libraries;    // the run's further libraries, which its children load as well
   IRunClock* pClock;             // not owned
   IChildStarter* pChildStarter;  // not owned
 
@@ -37,7 +38,7 @@ struct SCaseContext {
   // executable.
   SCaseContext();
   explicit SCaseContext(std::uint64_t runDate);
-  // With the run's date, clock and child starter.
+  // With the run's date, libraries, clock and child starter.
   explicit SCaseContext(const SRunContext& run);
   ~SCaseContext();
   SCaseContext(const SCaseContext&) = delete;

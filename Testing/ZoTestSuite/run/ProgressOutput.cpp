@@ -47,6 +47,13 @@ void printFailedClasses(const XbArray<SUnitTest>& classes, const SRunStatistics&
   }
 }
 
+// The text of an OK row with its warning: a case that passed only on a
+// later attempt says so before a leak does.
+CString warningText(const SCaseResult& row) {
+  if (row.uiAttempts > 1) return FormatString(L"WARNUNG (Erst im %d. Versuch erfolgreich)", row.uiAttempts);
+  return FormatString(L"WARNUNG (Ein Speicheranstieg von %d Bytes wurde entdeckt)", row.iMemoryDelta);
+}
+
 }  // namespace
 
 void PrintCaseHead(const SRunOptions& options, const SUnitTest& unitTest, const SUnitTest::SCase& testCase,
@@ -64,10 +71,9 @@ void PrintCaseHead(const SRunOptions& options, const SUnitTest& unitTest, const 
 
 void PrintCaseResult(const SCaseResult& row, bool bShowTimes, bool bShowThreadInfo) {
   const SResultText text = resultText(row.eResult);
-  CString line = (row.eResult == Run::eCaseOk && row.bWarning)
-                     ? FormatString(L"WARNUNG (Ein Speicheranstieg von %d Bytes wurde entdeckt)", row.iMemoryDelta)
-                     : CString(text.sText);
-  const ZoColorRGBA color = (row.eResult == Run::eCaseOk && row.bWarning) ? ZoColorRGBA::c_GOLDENROD : text.color;
+  const bool bOkWithWarning = row.eResult == Run::eCaseOk && row.bWarning;
+  CString line = bOkWithWarning ? warningText(row) : CString(text.sText);
+  const ZoColorRGBA color = bOkWithWarning ? ZoColorRGBA::c_GOLDENROD : text.color;
   if (bShowTimes) line.AppendFormat(L" [%s]", FormatTime(row.dTime, 2));
   if (bShowThreadInfo) {
     line += L' ';
@@ -115,6 +121,12 @@ void PrintSummary(const XbArray<SUnitTest>& classes, bool bShowTimes, const SRun
   if (total.uiWarnings != 0)
     COut::Write(L"\tMit Warnung:\t%s, %s\n", tests(total.uiWarnings),
                 klassen(statistics.uiClassesRun - statistics.uiClassesClean))
+        .Color(ZoColorRGBA::c_GOLDENROD);
+  if (statistics.uiFlaky != 0)
+    COut::Write(L"\tInstabil:\t%s (erst nach Wiederholung erfolgreich)\n", tests(statistics.uiFlaky))
+        .Color(ZoColorRGBA::c_GOLDENROD);
+  if (statistics.uiFailureLimit != 0)
+    COut::Write(L"\tAbgebrochen:\tnach dem %d. fehlerhaften Test (Fehlergrenze)\n", statistics.uiFailureLimit)
         .Color(ZoColorRGBA::c_GOLDENROD);
   if (statistics.uiClassesOk < statistics.uiClassesRun) printFailedClasses(classes, statistics);
 }

@@ -7,7 +7,10 @@
 #include "foundation/ZoDebugSerializationGeneric.h"
 #include "foundation/ZoFileSystem.h"
 #include "run/CaseExecution.h"
+#include "run/CaseOrder.h"
+#include "run/FailureLimit.h"
 #include "run/ProgressOutput.h"
+#include "run/RetryPolicy.h"
 #include "run/RunClock.h"
 #include "run/RunReports.h"
 #include "run/WorkerPhase.h"
@@ -38,12 +41,19 @@ void countRow(const SCaseResult& row, SRunStatistics& s) {
     ++counters.uiWarnings;
     ++s.total.uiWarnings;
   }
+  if (IsFlaky(row)) ++s.uiFlaky;
   s.dTimeSum += row.dTime;
   if (row.dTime < s.dTimeMin) s.dTimeMin = row.dTime;
   if (row.dTime > s.dTimeMax) s.dTimeMax = row.dTime;
   s.uiMemorySum += row.uiMemoryPeak;
   if (row.uiMemoryPeak < s.uiMemoryMin) s.uiMemoryMin = row.uiMemoryPeak;
   if (row.uiMemoryPeak > s.uiMemoryMax) s.uiMemoryMax = row.uiMemoryPeak;
+}
+
+bool hasCanceledRow(const XbArray<SCaseResult>& cases) {
+  for (const SCaseResult& row : cases)
+    if (row.eResult == Run::eCaseCanceled) return true;
+  return false;
 }
 
 }  // namespace
@@ -89,7 +99,7 @@ void RunSequentialPhase(const SRunContext& run, const RowList& rows) {
       const SUnitTest::SCase& testCase = unitTest.Cases[row.uiCaseIndex];
       if (options.bRecordStartTime) row.sStartTime = XbDateTime::Now().ToString(L"Y-m-d H:i:s.v", true);
       PrintCaseHead(options, unitTest, testCase, rows, i);
-      ExecuteCase(run, unitTest, testCase, context, row);
+      ExecuteRow(run, unitTest, testCase, context, row);
       PrintCaseResult(row, options.bShowTimes, options.bShowThreadInfo);
     }
     run.callbacks.fnCaseFinished(row.eResult);
@@ -116,6 +126,10 @@ void ScheduleCases(const SRunContext& run, Run::SResult& result) {
   RowList parallelCases, sequentialCases;
   for (unsigned int i = 0; i < result.cases.GetCount(); ++i)
     (parallelFlags[i] != 0 ? parallelCases : sequentialCases).Add(&result.cases[i]);
+  if (run.setup.oShuffleSeed) {
+    ShuffleRows(parallelCases, *run.setup.oShuffleSeed);
+    ShuffleRows(sequentialCases, *run.setup.oShuffleSeed);
+  }
   if (!parallelCases.IsEmpty()) RunWorkerPhase(run, parallelCases);
   if (!sequentialCases.IsEmpty()) RunSequentialPhase(run, sequentialCases);
 }
@@ -129,10 +143,17 @@ Run::SResult RunTests(const SSetup& setup, CEnvironment& env, IRunClock& clock, 
   ZoDebugSerializationGeneric::SetDefaultOutputDirectory(ZoFileSystem::GetDirectory(ZoFileSystem::eDebugOutputRoot) +
                                                          date.ToString(L"Y-m-d H.i.s", true) + L"/");
 
+  if (setup.oShuffleSeed)
+    COut::Write(L"Zufällige Reihenfolge, Startwert %I64u\n", *setup.oShuffleSeed).Color(ZoColorRGBA::c_GRAY);
+
   Run::SResult result;
   result.statistics.dateBegin = date;
-  ScheduleCases(SRunContext{setup, classes, setup.run, setup.callbacks, date, clock, childStarter}, result);
+  CFailureLimit failureLimit(setup.uiMaxFailures);
+  const Run::SCallbacks callbacks = failureLimit.Wrap(setup.callbacks);
+  ScheduleCases(SRunContext{setup, classes, setup.run, callbacks, date, clock, childStarter}, result);
   ComputeStatistics(result.cases, classes.GetCount(), result.statistics);
+  if (failureLimit.IsReached() && hasCanceledRow(result.cases))
+    result.statistics.uiFailureLimit = failureLimit.GetLimit();
   result.statistics.dTimeTotal = clock.SecondsSince(start);
   result.statistics.dateEnd = XbDateTime::Now();
 

@@ -8,6 +8,7 @@
 #include "foundation/XbCriticalSection.h"
 #include "foundation/platform/Thread.h"
 #include "run/CaseExecution.h"
+#include "run/RetryPolicy.h"
 #include "run/RunClock.h"
 #include "services/COut.h"
 
@@ -90,7 +91,7 @@ void CWorkerThread::Run() {
       row->eResult = Run::eCaseCanceled;
     } else {
       const SUnitTest& unitTest = run.classes[row->uiClassIndex];
-      ExecuteCase(run, unitTest, unitTest.Cases[row->uiCaseIndex], context, *row);
+      ExecuteRow(run, unitTest, unitTest.Cases[row->uiCaseIndex], context, *row);
     }
     finish(row);
   }

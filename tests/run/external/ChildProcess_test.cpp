@@ -51,6 +51,16 @@ TEST(ChildProcess, TheArgumentsCarryTheDataDirectoryAndTheThreeIds) {
   EXPECT_EQ(ComposeChildArguments(L"/data/tree", context), expected);
 }
 
+TEST(ChildProcess, TheRunsFurtherLibrariesFollowTheIdsEachAfterDll) {
+  SCaseContext context;
+  giveIds(context);
+  context.libraries.Add(L"Named");
+  context.libraries.Add(L"/builds/Mit Blank/Tests.so");
+  const std::vector<std::string> arguments = ComposeChildArguments(L"/data/tree", context);
+  const std::vector<std::string> tail(arguments.begin() + 9, arguments.end());
+  EXPECT_EQ(tail, (std::vector<std::string>{"--dll", "Named", "--dll", "/builds/Mit Blank/Tests.so"}));
+}
+
 TEST(ChildProcess, OneTrailingSeparatorIsDroppedFromTheDataDirectory) {
   SCaseContext context;
   giveIds(context);

@@ -56,15 +56,20 @@ IChildStarter& DefaultChildStarter() {
 std::vector<std::string> ComposeChildArguments(const CString& sDataDir, const SCaseContext& context) {
   CString dataDir = sDataDir;
   if (!dataDir.IsEmpty() && dataDir.Right(1) == L"/") dataDir = dataDir.Left(dataDir.GetLength() - 1);
-  return {"-d",
-          PathToSystem(dataDir),
-          "-x",
-          "--memory-id",
-          context.sMemoryId.ToUtf8(),
-          "--request-event-id",
-          context.sRequestEventId.ToUtf8(),
-          "--response-event-id",
-          context.sResponseEventId.ToUtf8()};
+  std::vector<std::string> arguments = {"-d",
+                                        PathToSystem(dataDir),
+                                        "-x",
+                                        "--memory-id",
+                                        context.sMemoryId.ToUtf8(),
+                                        "--request-event-id",
+                                        context.sRequestEventId.ToUtf8(),
+                                        "--response-event-id",
+                                        context.sResponseEventId.ToUtf8()};
+  for (const CString& library : context.libraries) {
+    arguments.push_back("--dll");
+    arguments.push_back(PathToSystem(library));
+  }
+  return arguments;
 }
 
 }  // namespace TestSuite

@@ -66,8 +66,10 @@ class CFrontEndStarter : public IChildStarter {
 IChildStarter& DefaultChildStarter();
 
 // The child's argument vector after the program: "-d", the data directory
-// without one trailing '/', "-x" and the three ids of the context. The
-// run's other options are not passed: a case brings them in its block.
+// without one trailing '/', "-x" and the three ids of the context, then
+// "--dll" with each of the context's libraries, which the child loads
+// beside those of its ZoTestSuiteEnvironment.conf. The run's other options
+// are not passed: a case brings them in its block.
 std::vector<std::string> ComposeChildArguments(const CString& sDataDir, const SCaseContext& context);
 
 }  // namespace TestSuite

@@ -98,7 +98,10 @@ SCaseContext::SCaseContext() : SCaseContext(0) {}
 SCaseContext::SCaseContext(std::uint64_t runDate)
     : uiRunDate(runDate), pClock(&SystemRunClock()), pChildStarter(&DefaultChildStarter()) {}
 SCaseContext::SCaseContext(const SRunContext& run)
-    : uiRunDate(run.date.GetValue()), pClock(&run.clock), pChildStarter(&run.childStarter) {}
+    : uiRunDate(run.date.GetValue()),
+      libraries(run.setup.dllFiles),
+      pClock(&run.clock),
+      pChildStarter(&run.childStarter) {}
 // The child goes first: it may still be waiting for a request.
 SCaseContext::~SCaseContext() { child.reset(); }
 
