@@ -13,18 +13,14 @@ function(zo_project_options target)
     endif()
     target_compile_options(${target} PRIVATE ${flags})
     target_link_options(${target} PRIVATE ${flags})
+    # GCC under AddressSanitizer takes the std::function in the states of
+    # <regex>'s automaton for "maybe uninitialized" (GCC bug 105562), in
+    # every file that builds a regex. The release build keeps the warning.
+    if(ZO_SANITIZER MATCHES "address" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
+    endif()
   endif()
   if(ZO_FUZZ)
     target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
-  endif()
-endfunction()
-
-# zo_regex_sources(FILES...): files whose std::regex instantiations GCC, under
-# AddressSanitizer, wrongly warns about: it takes the std::function in the
-# states of <regex>'s automaton for "maybe uninitialized" (GCC bug 105562).
-# Only these files, and only in such a build, are spared that one warning.
-function(zo_regex_sources)
-  if(ZO_SANITIZER MATCHES "address" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS -Wno-maybe-uninitialized)
   endif()
 endfunction()
