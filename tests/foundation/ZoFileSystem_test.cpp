@@ -64,6 +64,17 @@ TEST(ZoFileSystem, LocalAppDataIsXdgDataHomeElseLocalShare) {
   EXPECT_EQ(ZoFileSystem::GetDirectory(6), Wide(home / ".local/share/"));
 }
 
+// A fresh account has no ~/.local/share yet; the system's folders below it
+// are made one level at a time, so it must be there.
+TEST(ZoFileSystem, TheDefaultLocalAppDataIsMadeWhenMissing) {
+  const CScratchDirectory home;
+  const CScopedEnvironment homeVar("HOME", home.Path().string());
+  const CScopedEnvironment xdg("XDG_DATA_HOME", std::nullopt);
+  ASSERT_FALSE(std::filesystem::exists(home / ".local"));
+  EXPECT_EQ(ZoFileSystem::GetDirectory(ZoFileSystem::eLocalAppData), Wide(home / ".local/share/"));
+  EXPECT_TRUE(std::filesystem::is_directory(home / ".local/share"));
+}
+
 TEST(ZoFileSystem, ExecutableDirectoryHoldsThisProgram) {
   const CString dir = ZoFileSystem::GetDirectory(ZoFileSystem::eExecutable);
   ASSERT_FALSE(dir.IsEmpty());

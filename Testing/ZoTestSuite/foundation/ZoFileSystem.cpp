@@ -37,6 +37,18 @@ CString documentsDirectory() {
   return ZoFileSystem::IsDirectory(documents) ? documents : home();
 }
 
+// The per-user data directory. The default, ~/.local/share/, is made with
+// its parents when it is missing, as on a fresh account: the system's own
+// folders below it are made one level at a time by their users.
+CString localAppDataDirectory() {
+  if (auto data = directoryFromEnvironment("XDG_DATA_HOME")) return *data;
+  const CString local = home() + L".local/";
+  if (!ZoFileSystem::IsDirectory(local)) Files::MakeDirectory(toSystem(local));
+  const CString data = local + L"share/";
+  if (!ZoFileSystem::IsDirectory(data)) Files::MakeDirectory(toSystem(data));
+  return data;
+}
+
 CString executableDirectory() {
   const CString path = fromSystem(Files::GetExecutablePath());
   const int slash = path.ReverseFind(L'/');
@@ -98,7 +110,7 @@ CString ZoFileSystem::GetDirectory(int specialDirectory) {
   switch (specialDirectory) {
     case eTemporary: return temporaryDirectory();
     case eDocuments: return documentsDirectory();
-    case eLocalAppData: return directoryFromEnvironment("XDG_DATA_HOME").value_or(home() + L".local/share/");
+    case eLocalAppData: return localAppDataDirectory();
     case eDebugOutputRoot: return temporaryDirectory() + L"ZoTestSuiteDebug/";
     case eExecutable: return executableDirectory();
     default: return CString();
