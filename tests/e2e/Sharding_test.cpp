@@ -7,8 +7,11 @@
 // refuses a part that does not load.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <map>
 #include <memory>
+#include <regex>
 #include <set>
 #include <string>
 
@@ -19,6 +22,7 @@
 #include "Xmllint.h"
 #include "foundation/ZoFileSystem.h"
 #include "report/XmlReportLoader.h"
+#include "services/BuildInformation.h"
 
 using namespace TestSuite;
 using CliTest::SCliResult;
@@ -88,6 +92,36 @@ class Sharding : public ::testing::Test {
 std::unique_ptr<TempDirectory> Sharding::s_root;
 SCliResult Sharding::s_whole;
 
+// A merged report archives and traces like any other: beside the whole
+// run, filed as an older revision, it gets its archive name and page, and a
+// trace between the two finds no case that changed.
+void expectArchivedAndTraced(const std::string& merged, const std::string& whole) {
+  const std::unique_ptr<TestSuite::SPscmInfo> build = TestSuite::GetPscmInfo();
+  if (!build || build->Changeset.IsEmpty()) return;  // a build without revision files nothing
+  const TempDirectory archive;
+  const std::string dir = archive.Path().ToUtf8();
+  TempDirectory::WriteBytes(archive / L"merged.xml", CliTest::ReadText(merged));
+  static const std::regex changeset("<PscmChangeset>[^<]*</PscmChangeset>");
+  TempDirectory::WriteBytes(archive / L"whole.xml", std::regex_replace(CliTest::ReadText(whole), changeset,
+                                                                       "<PscmChangeset>1</PscmChangeset>"));
+  const SCliResult normalized = CliTest::RunCli({"--no-color", "--normalize-archive", dir});
+  ASSERT_EQ(normalized.iExitCode, 0) << normalized.sStdout << normalized.sStderr;
+  std::vector<std::string> reports;
+  for (const auto& entry : std::filesystem::directory_iterator(dir))
+    if (entry.path().extension() == ".xml") reports.push_back(entry.path().filename().string());
+  std::sort(reports.begin(), reports.end());
+  ASSERT_EQ(reports.size(), 2u);
+  ASSERT_EQ(reports[0].rfind("Report-1-[", 0), 0u) << reports[0];
+  ASSERT_EQ(reports[1].rfind("Report-" + build->Changeset.ToUtf8() + "-[", 0), 0u) << reports[1];
+  EXPECT_TRUE(std::filesystem::exists(dir + "html/" + reports[1].substr(0, reports[1].size() - 4) + ".html"));
+  const SCliResult traced = CliTest::RunCli(
+      {"--no-color", "--trace", dir + reports[1], dir + reports[0], "--diff-output", dir + "trace.xml"});
+  ASSERT_EQ(traced.iExitCode, 0) << traced.sStdout << traced.sStderr;
+  const std::string trace = CliTest::ReadText(dir + "trace.xml");
+  EXPECT_NE(trace.find("<BeginRevision>1</BeginRevision>"), std::string::npos) << trace;
+  EXPECT_EQ(trace.find("<TestCase"), std::string::npos) << trace;
+}
+
 }  // namespace
 
 TEST_F(Sharding, ThreeShardsSideBySideMergeIntoTheWholeRun) {
@@ -139,6 +173,7 @@ TEST_F(Sharding, ThreeShardsSideBySideMergeIntoTheWholeRun) {
   const std::string cases = page.substr(page.find("<h2>Case Diff</h2>"));
   for (const char* judged : {"<tr class=\"diff\">", "<tr class=\"worse\">", "<tr class=\"better\">"})
     EXPECT_EQ(cases.find(judged), std::string::npos) << judged;
+  expectArchivedAndTraced(Out("merged.xml"), Out("whole.xml"));
 }
 
 TEST_F(Sharding, AShardRunSaysWhichPartRanAndRunsOnlyIt) {
