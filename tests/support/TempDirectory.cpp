@@ -1,11 +1,10 @@
 // TempDirectory: a scratch directory of one test.
 #include "TempDirectory.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <filesystem>
 #include <random>
+#include <stdexcept>
 
 #include "WholeFile.h"
 #include "foundation/SystemPath.h"
@@ -41,7 +40,7 @@ std::string TempDirectory::ReadBytes(const CString& path) { return TestSupport::
 
 void TempDirectory::WriteBytes(const CString& path, const std::string& bytes) {
   // A scratch file that cannot be written would let a test go on with
-  // data it did not get.
+  // data it did not get; the exception fails the test that wrote it.
   if (!TestSupport::WriteWholeFile(PathToSystem(path), bytes))
-    ADD_FAILURE() << PathToSystem(path) << " cannot be written";
+    throw std::runtime_error(PathToSystem(path) + " cannot be written");
 }
