@@ -52,6 +52,18 @@ TEST(Process, KillEndsARunningChildBySignal) {
   child.Kill();  // nothing left to kill
 }
 
+TEST(Process, SendKillLeavesTheEndedChildToBeReapedLater) {
+  CChild child;
+  ASSERT_TRUE(child.Start(shell("exec sleep 30")));
+  child.SendKill();
+  EXPECT_FALSE(child.IsReaped());  // not waited for
+  EXPECT_NE(child.GetId(), 0);
+  ASSERT_TRUE(child.WaitFor(60000));
+  EXPECT_TRUE(child.GetExitStatus().bSignaled);
+  EXPECT_EQ(child.GetExitStatus().iCode, 9);
+  child.SendKill();  // nothing left to signal
+}
+
 TEST(Process, AMissingProgramIsNotStarted) {
   CChild child;
   int error = 0;
@@ -183,6 +195,16 @@ TEST(Process, KillingAChildThatLeadsItsGroupKillsTheGroup) {
   ASSERT_TRUE(isRunning(grandchild));
   child.Kill();
   EXPECT_TRUE(endsWithin(grandchild, 10));
+}
+
+TEST(Process, SendKillToAChildThatLeadsItsGroupKillsTheGroup) {
+  TempDirectory directory;
+  CChild child;
+  const int grandchild = startWithGrandchild(child, directory.Path().ToUtf8() + "pid", "wait");
+  ASSERT_GT(grandchild, 0);
+  child.SendKill();
+  EXPECT_TRUE(endsWithin(grandchild, 10));
+  EXPECT_TRUE(child.WaitFor(60000));
 }
 
 TEST(Process, AChildThatLeadsItsGroupAndEndedTakesTheGroupWhenFoundDead) {

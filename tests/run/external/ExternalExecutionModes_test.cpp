@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cwchar>
 #include <memory>
 #include <thread>
 
@@ -12,6 +13,7 @@
 #include "IsolationFrontEnd.h"
 #include "RunTestClasses.h"
 #include "foundation/platform/NamedSemaphore.h"
+#include "foundation/platform/Process.h"
 #include "foundation/platform/SharedMemory.h"
 #include "foundation/platform/System.h"
 #include "heap_TrackerTestKit.h"
@@ -126,6 +128,21 @@ TEST_F(ExternalModes, IsolatedModeGivesEveryCaseAFreshChildBlockAndEvents) {
   EXPECT_FALSE(ZoPlatform::SharedMemory::Exists(MakeExternalObjectName(ids[0])));
   EXPECT_FALSE(ZoPlatform::NamedSemaphore::Exists(MakeExternalObjectName(ids[1])));
   EXPECT_FALSE(ZoPlatform::NamedSemaphore::Exists(MakeExternalObjectName(ids[2])));
+}
+
+// The last case's child is killed when the next case takes the context and
+// reaped once the next child has started: by the time the next case runs,
+// no process of the last one is left, not even a zombie.
+TEST_F(ExternalModes, IsolatedModeLeavesNothingOfTheLastChildOnceTheNextCaseRuns) {
+  const SUnitTest unitTest = RunTestClasses::MakeClass(L"IsoPass", {L"a", L"b"});
+  CIsolationContext context;
+  const SCaseResult first = execute(unitTest, 0, externalOptions(true), context);
+  unsigned int firstPid = 0;
+  ASSERT_EQ(std::swscanf(first.sOutput.GetString(), L"INFO:  pid=%u", &firstPid), 1) << first.sOutput.ToUtf8();
+  EXPECT_TRUE(ZoPlatform::Process::Exists(firstPid)) << "the child waits for another request until it is let go";
+  const SCaseResult second = execute(unitTest, 1, externalOptions(true), context);
+  EXPECT_EQ(second.eResult, Run::eCaseOk);
+  EXPECT_FALSE(ZoPlatform::Process::Exists(firstPid));
 }
 
 TEST_F(ExternalModes, CaseParametersChooseTheModeOfTheirCase) {

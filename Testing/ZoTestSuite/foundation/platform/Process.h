@@ -64,6 +64,10 @@ class CChild {
   // one) and reaps it. Does nothing if nothing runs. A child that leads a
   // group and is found to have ended takes its group with it as well.
   void Kill();
+  // Sends SIGKILL as Kill does and returns without waiting for the end;
+  // Kill, WaitFor, IsRunning or the destructor reaps the child later. Lets
+  // the kernel tear a finished child down while the caller goes on.
+  void SendKill();
 
   bool IsStarted() const { return m_iPid > 0 || m_bReaped; }
   bool IsReaped() const { return m_bReaped; }

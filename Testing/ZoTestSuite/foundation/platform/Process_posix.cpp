@@ -202,10 +202,14 @@ bool CChild::WaitFor(std::uint32_t milliseconds) {
 }
 
 void CChild::Kill() {
+  SendKill();
+  tryReap(true);
+}
+
+void CChild::SendKill() {
   if (m_iPid <= 0) return;
   if (m_bGroup) ::kill(-m_iPid, SIGKILL);
   ::kill(m_iPid, SIGKILL);
-  tryReap(true);
 }
 
 bool Exists(std::uint32_t pid) {

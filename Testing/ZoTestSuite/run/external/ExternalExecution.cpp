@@ -106,11 +106,16 @@ SCaseContext::SCaseContext(const SRunContext& run)
 SCaseContext::~SCaseContext() { child.reset(); }
 
 IWorkBuffer& AcquireSharedWorkBuffer(const CString& sDataDir, const SRunOptions& options, SCaseContext& context) {
+  // The last case's child is killed now but reaped only once the next one
+  // has been started: the kernel tears the old process down while the new
+  // one starts up.
+  std::unique_ptr<SChildProcess> finished;
   if (options.bIsolated) {
     context.sMemoryId.Empty();
     context.sRequestEventId.Empty();
     context.sResponseEventId.Empty();
-    context.child.reset();
+    finished = std::move(context.child);
+    if (finished) finished->process.SendKill();
     context.sharedBuffer.reset();
     context.requestEvent.reset();
     context.responseEvent.reset();
@@ -131,6 +136,7 @@ IWorkBuffer& AcquireSharedWorkBuffer(const CString& sDataDir, const SRunOptions&
   }
   context.sDataDir = sDataDir;
   if (!context.child) context.child = context.pChildStarter->Start(sDataDir, context);
+  finished.reset();
   return *context.sharedBuffer;
 }
 
