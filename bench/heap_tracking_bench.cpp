@@ -10,7 +10,8 @@
 //
 // "heap_tracking_bench --workload-only FILE" runs the workload once,
 // untracked, and writes its time in seconds to FILE: that is what runs
-// under (d) and (e), whose own messages go to the console.
+// under (d) and (e), whose own messages are dropped.
+// "heap_tracking_bench --in-process" measures (a) to (c) only.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -102,8 +103,8 @@ double childSeconds(const std::string& self, const std::string& prefix) {
   fs::create_directories(scratch);
   for (int run = 0; run < c_iRuns; ++run) {
     const fs::path result = scratch / "seconds.txt";
-    const std::string command = "cd '" + scratch.string() + "' && " + prefix + " '" + self + "' --workload-only >'" +
-                                result.string() + "' 2>/dev/null";
+    const std::string command = "cd '" + scratch.string() + "' && " + prefix + " '" + self + "' --workload-only '" +
+                                result.string() + "' >/dev/null 2>&1";
     double seconds = -1.0;
     if (std::system(command.c_str()) == 0 && !(std::ifstream(result) >> seconds)) seconds = -1.0;
     if (seconds < 0) break;
@@ -124,7 +125,10 @@ void printFigure(const char* name, double seconds, double untracked) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 3 && std::strcmp(argv[1], "--workload-only") == 0) {
+  // Anything else than the two documented forms would start the whole
+  // benchmark again in each child.
+  if (argc >= 2 && std::strcmp(argv[1], "--workload-only") == 0) {
+    if (argc != 3) return 2;
     const double seconds = secondsOf(&workload);
     std::ofstream(argv[2]) << seconds << "\n";
     return 0;
@@ -144,11 +148,13 @@ int main(int argc, char** argv) {
     std::printf("unexpected: the tracker did not see every malloc and free\n");
     return 1;
   }
+  const bool bOutside = !(argc == 2 && std::strcmp(argv[1], "--in-process") == 0);
   const std::string self = fs::canonical(argv[0]).string();
   const std::string interposer = (fs::path(self).parent_path() / "heap_tracking_Interposer.so").string();
-  const double preloaded = childSeconds(self, "LD_PRELOAD='" + interposer + "'");
-  const double heaptrack =
-      std::system("heaptrack --version >/dev/null 2>&1") == 0 ? childSeconds(self, "heaptrack -o profile") : -1.0;
+  const double preloaded = bOutside ? childSeconds(self, "LD_PRELOAD='" + interposer + "'") : -1.0;
+  const double heaptrack = bOutside && std::system("heaptrack --version >/dev/null 2>&1") == 0
+                               ? childSeconds(self, "heaptrack -o profile")
+                               : -1.0;
 
   std::printf("%d malloc/free pairs of 16 to 1024 bytes, %d blocks live at a time, median of %d:\n", c_iPairs, c_iLive,
               c_iRuns);
