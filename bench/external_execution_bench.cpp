@@ -22,6 +22,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "BenchTable.h"
 #include "ZoTestSuite.h"
@@ -48,8 +49,8 @@ constexpr unsigned int c_uiIsolatedCases = 100;
 constexpr unsigned int c_uiBusyCases = 200;
 constexpr double c_dBusyCaseSeconds = 0.020;
 constexpr int c_iBusyRounds = 2;  // a round of the busy cases takes about six seconds
-constexpr int c_iSpawns = 20;     // the quickest start of the front end counts
-constexpr int c_iRounds = 3;      // the best round counts: other processes only ever add time
+constexpr int c_iSpawns = 100;    // starts of the front end per round, one after the other like isolated cases
+constexpr int c_iRounds = 5;      // every figure is the median of its rounds
 constexpr const char* c_szLibrary = "external_execution_BenchClasses";
 constexpr const char* c_szEchoMode = "--echo";
 
@@ -183,22 +184,21 @@ double secondsPerAccessPair() {
   return secondsSince(start) / c_uiCases;
 }
 
-// Seconds of the quickest of c_iSpawns starts of the front end that only
-// prints its version, streams on /dev/null, from the start to the reaping:
-// what a child per case costs at the least.
+// Seconds per start of the front end that only prints its version, streams
+// on /dev/null, from the start to the reaping, over c_iSpawns starts one
+// after the other: what a child per case costs at the least, measured as the
+// isolated cases are, over a whole round.
 double secondsPerSpawn() {
-  double best = 1e300;
+  const Clock::time_point start = Clock::now();
   for (int i = 0; i < c_iSpawns; ++i) {
     ZoPlatform::Process::CChild child;
-    const Clock::time_point start = Clock::now();
     if (!child.Start({{CFrontEndStarter().GetProgramPath().ToUtf8(), "--version"},
                       "",
                       ZoPlatform::Process::EStandardStreams::eNull}))
       return -1.0;
     if (!child.WaitFor(10000) || child.GetExitStatus().bSignaled || child.GetExitStatus().iCode != 0) return -1.0;
-    best = std::min(best, secondsSince(start));
   }
-  return best;
+  return secondsSince(start) / c_iSpawns;
 }
 
 // Iterations of BenchClasses::Work that take c_dBusyCaseSeconds on one
@@ -262,8 +262,7 @@ int runTrivialCases() {
       {"External Isolated (a child per case)", L"BenchTrivial", L"trivial", true, true, false, c_uiIsolatedCases,
        false}};
   constexpr int c_iModes = sizeof modes / sizeof modes[0];
-  double best[c_iModes + 3];
-  std::fill(best, best + c_iModes + 3, 1e300);
+  std::vector<double> samples[c_iModes + 3];
   for (int round = 0; round < c_iRounds; ++round) {
     for (int m = 0; m < c_iModes; ++m) {
       const double seconds = secondsPerCase(modes[m]);
@@ -271,7 +270,7 @@ int runTrivialCases() {
         std::printf("unexpected: a case of \"%s\" did not pass\n", modes[m].szName);
         return 1;
       }
-      best[m] = std::min(best[m], seconds);
+      samples[m].push_back(seconds);
     }
     const double roundTrip = secondsPerRoundTrip();
     const double spawn = secondsPerSpawn();
@@ -279,26 +278,28 @@ int runTrivialCases() {
       std::printf("unexpected: the round trip to the echo process or the start of the front end failed\n");
       return 1;
     }
-    best[c_iModes] = std::min(best[c_iModes], roundTrip);
-    best[c_iModes + 1] = std::min(best[c_iModes + 1], secondsPerAccessPair());
-    best[c_iModes + 2] = std::min(best[c_iModes + 2], spawn);
+    samples[c_iModes].push_back(roundTrip);
+    samples[c_iModes + 1].push_back(secondsPerAccessPair());
+    samples[c_iModes + 2].push_back(spawn);
   }
-  std::printf("Trivial cases, whole runs (Run::Run) with the console off, best of %d rounds:\n", c_iRounds);
-  for (int m = 0; m < c_iModes; ++m) printLine(modes[m].szName, modes[m].uiCases, best[m]);
-  printLine("floor: block round trip to a process", c_uiCases, best[c_iModes]);
-  printLine("  of it: one write and one read access", c_uiCases, best[c_iModes + 1]);
+  double median[c_iModes + 3];
+  for (int i = 0; i < c_iModes + 3; ++i) median[i] = medianOf(samples[i]);
+  std::printf("Trivial cases, whole runs (Run::Run) with the console off, median of %d rounds:\n", c_iRounds);
+  for (int m = 0; m < c_iModes; ++m) printLine(modes[m].szName, modes[m].uiCases, median[m]);
+  printLine("floor: block round trip to a process", c_uiCases, median[c_iModes]);
+  printLine("  of it: one write and one read access", c_uiCases, median[c_iModes + 1]);
   std::printf("  %-40s %5d starts %9.1f us/start\n", "floor: start of the front end --version", c_iSpawns,
-              best[c_iModes + 2] * 1e6);
+              median[c_iModes + 2] * 1e6);
   std::printf("Overhead of External over in process, one thread: %.1f us per case (floor %.1f us)\n",
-              (best[2] - best[0]) * 1e6, best[c_iModes] * 1e6);
-  const double isolatedOver = best[3] - best[0];
+              (median[2] - median[0]) * 1e6, median[c_iModes] * 1e6);
+  const double isolatedOver = median[3] - median[0];
   std::printf("External Isolated per case over in process, over the start of the front end: %.2f times\n",
-              isolatedOver / best[c_iModes + 2]);
-  const double externalOver = best[2] - best[0], floor = best[c_iModes];
+              isolatedOver / median[c_iModes + 2]);
+  const double externalOver = median[2] - median[0], floor = median[c_iModes];
   printTableRow("External over in process", withUnit(externalOver * 1e6, "us"), "round trip + 20 us",
                 withUnit((floor + 20e-6) * 1e6, "us"), externalOver / (floor + 20e-6), 1.0, true);
   printTableRow("External Isolated over in process", withUnit(isolatedOver * 1e6, "us"), "front end --version",
-                withUnit(best[c_iModes + 2] * 1e6, "us"), isolatedOver / best[c_iModes + 2], 1.3, true);
+                withUnit(median[c_iModes + 2] * 1e6, "us"), isolatedOver / median[c_iModes + 2], 1.3, true);
   std::printf(
       "(*) first case start to last case end; the whole run also waits up to 250 ms for the "
       "supervisor's last look.\n");
