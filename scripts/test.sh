@@ -17,7 +17,8 @@ stage() {
 build="${ZO_BUILD_DIR:-$root/build}"
 stage setup bash "$root/scripts/setup.sh"
 stage format bash "$root/scripts/check-format.sh"
-stage configure cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release
+# The benchmarks are built by bench/run.sh, in a tree of their own.
+stage configure cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DZO_BUILD_BENCH=OFF
 stage build cmake --build "$build"
 stage tests ctest --test-dir "$build" --output-on-failure -j "$(nproc)" --timeout 300
 stage sanitizers bash "$root/scripts/sanitize.sh"
