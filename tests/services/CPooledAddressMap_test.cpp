@@ -61,6 +61,33 @@ TEST(CPooledAddressMap, FindsInsertedValuesAndForgetsRemovedOnes) {
   EXPECT_EQ(map.GetCount(), 1u);
 }
 
+TEST(CPooledAddressMap, FindOrInsertAddsOnlyWhatIsMissing) {
+  CPooledAddressMap<SValue> map;
+  bool inserted = false;
+  map.FindOrInsert(addressOf(1), SValue{11, 1}, inserted).iB = 7;
+  EXPECT_TRUE(inserted);
+  SValue& again = map.FindOrInsert(addressOf(1), SValue{99, 9}, inserted);
+  EXPECT_FALSE(inserted);
+  EXPECT_EQ(again.uiA, 11u) << "the value there is kept";
+  EXPECT_EQ(again.iB, 7);
+  EXPECT_EQ(map.GetCount(), 1u);
+}
+
+TEST(CPooledAddressMap, RemoveIfLetsTheValueDecideWhetherItGoes) {
+  CPooledAddressMap<SValue> map;
+  map.Insert(addressOf(1), SValue{0, 2});
+  const auto countDown = [](SValue& value) { return --value.iB == 0; };
+  EXPECT_FALSE(map.RemoveIf(addressOf(1), countDown));
+  ASSERT_NE(map.Find(addressOf(1)), nullptr);
+  EXPECT_EQ(map.Find(addressOf(1))->iB, 1) << "the change stays with the entry";
+  EXPECT_TRUE(map.RemoveIf(addressOf(1), countDown));
+  EXPECT_EQ(map.Find(addressOf(1)), nullptr);
+  EXPECT_TRUE(map.IsEmpty());
+  bool called = false;
+  EXPECT_FALSE(map.RemoveIf(addressOf(2), [&called](SValue&) { return called = true; }));
+  EXPECT_FALSE(called) << "a missing key is not handed to the callback";
+}
+
 TEST(CPooledAddressMap, StartsWith128BucketsAndDoublesAtThreeQuarters) {
   CPooledAddressMap<SValue> map;
   EXPECT_EQ(map.GetBucketCount(), 0u);

@@ -175,23 +175,22 @@ void CHeapTracker::finishOperation() {
 
 void CHeapTracker::trackAllocatedMemory(std::uint64_t address, std::uint64_t size) {
   m_iCurrentAlloc += static_cast<std::int64_t>(size);
-  if (SAllocData* data = m_Allocations.Find(address)) {
+  bool inserted = false;
+  SAllocData& data = m_Allocations.FindOrInsert(address, SAllocData{m_uiNextID, 1, size}, inserted);
+  if (!inserted) {
     // Its free was not seen: the address is live twice.
-    ++data->iCount;
-    data->uiSize += size;
-    data->uiID = m_uiNextID;
-  } else {
-    m_Allocations.Insert(address, SAllocData{m_uiNextID, 1, size});
+    ++data.iCount;
+    data.uiSize += size;
+    data.uiID = m_uiNextID;
   }
 }
 
 void CHeapTracker::trackDeallocatedMemory(std::uint64_t address) {
-  SAllocData* data = m_Allocations.Find(address);
-  if (!data) return;
-  if (--data->iCount == 0) {
-    m_iCurrentAlloc -= static_cast<std::int64_t>(data->uiSize);
-    m_Allocations.Remove(address);
-  }
+  m_Allocations.RemoveIf(address, [this](SAllocData& data) {
+    if (--data.iCount != 0) return false;
+    m_iCurrentAlloc -= static_cast<std::int64_t>(data.uiSize);
+    return true;
+  });
 }
 
 void CHeapTracker::checkAllocation(std::uint64_t id, std::uint64_t size) const {

@@ -68,11 +68,34 @@ class CPooledAddressMap {
     return node->value;
   }
 
+  // The value of `key`; if the map lacks it, adds it with `initial` first
+  // and sets `inserted`. One walk of the chain either way.
+  TValue& FindOrInsert(std::uint64_t key, const TValue& initial, bool& inserted) {
+    if (m_uiCount != 0) {
+      for (SNode* node = m_ppTable[bucketOf(key)]; node; node = node->pNext) {
+        if (node->uiKey != key) continue;
+        inserted = false;
+        return node->value;
+      }
+    }
+    inserted = true;
+    return Insert(key, initial);
+  }
+
   bool Remove(std::uint64_t key) {
+    return RemoveIf(key, [](TValue&) { return true; });
+  }
+
+  // Finds `key` and hands its value to `done`, which may change it and
+  // answers whether the entry goes; one walk of the chain. False if the
+  // map lacks the key or the entry stays.
+  template <typename TDone>
+  bool RemoveIf(std::uint64_t key, TDone&& done) {
     if (m_uiCount == 0) return false;
     for (SNode** link = &m_ppTable[bucketOf(key)]; *link; link = &(*link)->pNext) {
       SNode* node = *link;
       if (node->uiKey != key) continue;
+      if (!done(node->value)) return false;
       *link = node->pNext;
       node->pNext = m_pFreeNodes;
       m_pFreeNodes = node;
