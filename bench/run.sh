@@ -18,21 +18,30 @@ if [ ${#targets[@]} -eq 0 ]; then
   exit 0
 fi
 
+# Installs the Debian package $1 unless the command $2 succeeds already;
+# on failure it says that benchmark $3 leaves its comparison out.
+install_anchor() {
+  local package="$1" present="$2" benchmark="$3"
+  bash -c "$present" >/dev/null 2>&1 && return 0
+  local sudo_cmd=()
+  [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)
+  export DEBIAN_FRONTEND=noninteractive
+  "${sudo_cmd[@]}" apt-get install -y --no-install-recommends "$package" >/dev/null 2>&1 ||
+    { "${sudo_cmd[@]}" apt-get update >/dev/null 2>&1 &&
+      "${sudo_cmd[@]}" apt-get install -y --no-install-recommends "$package" >/dev/null 2>&1; } ||
+    echo "$package could not be installed; $benchmark leaves that comparison out" >&2
+}
+
+# Comparisons that are installed here only: the duplicate detection
+# benchmark compares itself with fdupes, the report benchmark with a small
+# program that parses with expat, which the build makes only if expat's
+# headers are there (hence before configuring).
+install_anchor fdupes "command -v fdupes" duplicates_bench
+install_anchor libexpat1-dev "test -e /usr/include/expat.h" report_bench
+
 cmake -S "$source_dir" -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=Release \
   -DZO_BUILD_BENCH=ON -DZO_BUILD_TESTS=OFF -DZO_BUILD_EXAMPLES=OFF >/dev/null
 cmake --build "$build_dir" -j"${ZO_BENCH_JOBS:-2}" --target "${targets[@]}"
-
-# The duplicate detection benchmark compares itself with fdupes, which is
-# installed here only; without it that comparison is left out.
-if ! command -v fdupes >/dev/null 2>&1; then
-  sudo_cmd=()
-  [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)
-  export DEBIAN_FRONTEND=noninteractive
-  "${sudo_cmd[@]}" apt-get install -y --no-install-recommends fdupes >/dev/null 2>&1 ||
-    { "${sudo_cmd[@]}" apt-get update >/dev/null 2>&1 &&
-      "${sudo_cmd[@]}" apt-get install -y --no-install-recommends fdupes >/dev/null 2>&1; } ||
-    echo "fdupes could not be installed; duplicates_bench leaves it out" >&2
-fi
 
 # Every benchmark prints the rows of the summary table as lines that begin
 # with "TABLE|"; they are gathered and printed together at the end, with the
