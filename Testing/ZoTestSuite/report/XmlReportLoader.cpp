@@ -8,6 +8,7 @@
 #include "report/MarkupWriter.h"
 #include "services/COut.h"
 #include "services/Utils.h"
+#include "services/xml/XMLCharacters.h"
 #include "services/xml/XMLNode.h"
 
 namespace TestSuite::Report {
@@ -24,21 +25,23 @@ unsigned int uintOf(const XMLNode& parent, const char* name) {
   return value;
 }
 
-std::uint64_t uint64Of(const XMLNode& parent, const char* name) {
+// The number in the first text of `element`; 0 without one.
+std::uint64_t uint64In(const XMLNode& element) {
   std::uint64_t value = 0;
-  Utils::GetUInt64(parent.getChildNode(name, 0), value);
+  Utils::GetUInt64(element, value);
   return value;
 }
 
-std::int64_t int64Of(const XMLNode& parent, const char* name) {
-  const char* text = parent.getChildNode(name, 0).getText(0);
+std::int64_t int64In(const XMLNode& element) {
+  const char* text = element.getText(0);
   return text ? std::strtoll(text, nullptr, 10) : 0;
 }
 
-double doubleOf(const XMLNode& parent, const char* name) {
-  const char* text = parent.getChildNode(name, 0).getText(0);
-  return Utils::ParseDouble(text);
-}
+double doubleIn(const XMLNode& element) { return Utils::ParseDouble(element.getText(0)); }
+
+std::uint64_t uint64Of(const XMLNode& parent, const char* name) { return uint64In(parent.getChildNode(name, 0)); }
+
+double doubleOf(const XMLNode& parent, const char* name) { return doubleIn(parent.getChildNode(name, 0)); }
 
 Run::ECaseResult resultOf(const char* word) {
   static const struct {
@@ -123,16 +126,39 @@ void readClasses(const XMLNode& root, SData& data) {
   }
 }
 
+// The elements of a case that are read, in the order the writer puts them.
+enum ECaseElement { eTime, eMemory, eMemoryDelta, eResult, eCaseElements };
+constexpr const char* c_caseElements[eCaseElements] = {"time", "memory", "memorydelta", "result"};
+
+// The first child of each name of c_caseElements, found in one walk over
+// the children instead of a search from the first child per name; a name
+// without child gets the empty node.
+void findCaseElements(const XMLNode& node, XMLNode (&found)[eCaseElements]) {
+  bool seen[eCaseElements] = {};
+  const int count = node.getChildCount();
+  for (int i = 0; i < count; ++i) {
+    XMLNode child = node.getChildNode(i);
+    for (int e = 0; e < eCaseElements; ++e) {
+      if (seen[e] || !XMLNamesEqual(child.getName(), c_caseElements[e])) continue;
+      seen[e] = true;
+      found[e] = std::move(child);
+      break;
+    }
+  }
+}
+
 SCaseData readCase(const XMLNode& node) {
   SCaseData row;
   const char* id = node.getAttribute("id");
   row.Id = id ? static_cast<unsigned int>(std::strtoul(id, nullptr, 10)) : 0;
   row.ClassName = node.getWideAttribute("classname");
   row.CaseName = node.getWideAttribute("name");
-  row.Time = doubleOf(node, "time");
-  row.Memory = uint64Of(node, "memory");
-  row.MemoryDelta = int64Of(node, "memorydelta");
-  const XMLNode result = node.getChildNode("result", 0);
+  XMLNode elements[eCaseElements];
+  findCaseElements(node, elements);
+  row.Time = doubleIn(elements[eTime]);
+  row.Memory = uint64In(elements[eMemory]);
+  row.MemoryDelta = int64In(elements[eMemoryDelta]);
+  const XMLNode& result = elements[eResult];
   row.ResultType = resultOf(result.getAttribute("type"));
   const char* warning = result.getAttribute("warning");
   row.Warning = warning && std::strcmp(warning, "true") == 0;
@@ -164,10 +190,14 @@ bool LoadReportDataFromXMLFile(const CString& path, SData& data) {
     readStatistics(root, data);
     readClasses(root, data);
     // One walk over the children, in document order: looking each case up
-    // by its index would start from the first child every time.
-    const int count = root.getChildCount("testcase");
-    int position = 0;
-    for (int i = 0; i < count; ++i) data.Cases.Add(readCase(root.getChildNode("testcase", &position)));
+    // by its index would start from the first child every time, and
+    // counting the cases first would take a second walk.
+    const int count = root.getChildCount();
+    data.Cases.Reserve(static_cast<unsigned int>(count));
+    for (int i = 0; i < count; ++i) {
+      const XMLNode child = root.getChildNode(i);
+      if (XMLNamesEqual(child.getName(), "testcase")) data.Cases.Add(readCase(child));
+    }
     return true;
   } catch (const CString& message) {
     COut::Write(L"Fehler in Config-File: %s\n", message);
