@@ -1,4 +1,4 @@
-// XMLTokenizer: tokens of the XML reader, by characters.
+// XMLTokenizer: tokens of the XML reader.
 #include "services/xml/XMLTokenizer.h"
 
 #include <cstring>
@@ -6,6 +6,26 @@
 #include "services/xml/XMLCharacters.h"
 
 namespace TestSuite {
+
+namespace {
+
+// The bytes that end plain text: the terminating zero, white space, "<",
+// "=", ">", and "/" (which ends it only before ">").
+constexpr bool endsPlain(int c) {
+  return c == 0 || c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '<' || c == '=' || c == '>' || c == '/';
+}
+
+struct SPlainEnds {
+  bool bEnds[256];
+  constexpr SPlainEnds() : bEnds() {
+    for (int c = 0; c < 256; ++c) bEnds[c] = endsPlain(c);
+  }
+  constexpr bool operator[](unsigned char c) const { return bEnds[c]; }
+};
+
+constexpr SPlainEnds c_plainEnds;
+
+}  // namespace
 
 const SXMLClearTag c_XMLClearTags[c_iXMLClearTagCount] = {
     {"<![CDATA[", "]]>", 9, 3}, {"<PRE>", "</PRE>", 5, 6}, {"<Script>", "</Script>", 8, 9},
@@ -28,38 +48,18 @@ int CXMLTokenizer::MatchClear(std::size_t uiAt) const {
 }
 
 std::size_t CXMLTokenizer::ScanToTag() {
-  const char* s = m_sText;
-  std::size_t i = m_uiPosition;
-  // Plain ASCII up to the next "<" needs no stepping by characters.
-  const void* pLess = std::memchr(s + i, '<', m_uiLength - i);
-  const std::size_t uiLess = pLess ? static_cast<std::size_t>(static_cast<const char*>(pLess) - s) : m_uiLength;
-  unsigned char uiHighBits = 0;
-  for (std::size_t k = i; k < uiLess; ++k) uiHighBits |= static_cast<unsigned char>(s[k]);
-  if (!(uiHighBits & 0x80)) {
-    m_uiPosition = uiLess;
-    return uiLess;
-  }
-  for (;;) {
-    const auto c = static_cast<unsigned char>(s[i]);
-    if (c < 0x80) {
-      if (c == '<' || c == 0) break;
-      ++i;
-    } else {
-      i += XMLCharLength(s + i);
-    }
-  }
-  m_uiPosition = i;
-  return i;
+  const void* pLess = std::memchr(m_sText + m_uiPosition, '<', m_uiLength - m_uiPosition);
+  m_uiPosition = pLess ? static_cast<std::size_t>(static_cast<const char*>(pLess) - m_sText) : m_uiLength;
+  return m_uiPosition;
 }
 
 std::size_t CXMLTokenizer::scanPlain(std::size_t uiFrom) const {
   const char* s = m_sText;
   std::size_t i = uiFrom;
   for (;;) {
-    const char c = s[i];
-    if (c == 0 || XMLIsWhite(c) || c == '<' || c == '=' || c == '>') break;
-    if (c == '/' && s[i + 1] == '>') break;
-    i += XMLCharLength(s + i);
+    const auto c = static_cast<unsigned char>(s[i]);
+    if (c_plainEnds[c] && (c != '/' || s[i + 1] == '>')) break;
+    ++i;
   }
   return i;
 }
@@ -68,7 +68,7 @@ SXMLToken CXMLTokenizer::readQuoted(std::size_t uiStart) {
   const char* s = m_sText;
   const char cQuote = s[uiStart];
   std::size_t i = uiStart + 1;
-  while (s[i] && s[i] != cQuote && s[i] != '<') i += XMLCharLength(s + i);
+  while (s[i] && s[i] != cQuote && s[i] != '<') ++i;
   SXMLToken token;
   token.uiStart = uiStart;
   if (s[i] == cQuote) {

@@ -8,7 +8,9 @@
 // ">" ends a tag, "=" stands for itself. Anything else is plain text up to
 // white space, "<", "=", ">" or "/>". A quote without its partner before the
 // next "<" or the end of input is an ordinary character of plain text.
-// Scanning steps by characters (see XMLCharacters.h).
+// Scanning looks at single bytes: every delimiter is ASCII, and a character
+// never takes an ASCII byte along (see XMLCharacters.h), so each token ends
+// where stepping by characters would end it.
 #pragma once
 
 #include <cstddef>
@@ -65,8 +67,8 @@ class CXMLTokenizer {
     while (XMLIsWhite(m_sText[m_uiPosition])) ++m_uiPosition;
   }
 
-  // Moves from the position to the next "<" or the end of input, stepping
-  // by characters, and returns the new position.
+  // Moves from the position to the next "<" or the end of input and
+  // returns the new position.
   std::size_t ScanToTag();
 
   // The clear tag whose opening stands at `uiAt`, or -1.
