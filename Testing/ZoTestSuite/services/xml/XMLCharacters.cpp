@@ -26,18 +26,22 @@ const unsigned char c_XMLCharLength[256] = {
 #undef ZO_L4
 };
 
+// Both compare bytes first and fold case only where they differ: names
+// are mostly written the same way as they are looked for.
 bool XMLNamesEqual(const char* a, const char* b) {
   if (!a || !b) return false;
-  while (*a && XMLLowerAscii(*a) == XMLLowerAscii(*b)) {
-    ++a;
-    ++b;
+  for (;; ++a, ++b) {
+    if (*a == *b) {
+      if (!*a) return true;
+    } else if (XMLLowerAscii(*a) != XMLLowerAscii(*b)) {
+      return false;
+    }
   }
-  return *a == *b;
 }
 
 bool XMLPrefixEqual(const char* a, const char* b, std::size_t uiLength) {
   for (std::size_t i = 0; i < uiLength; ++i) {
-    if (!b[i] || XMLLowerAscii(a[i]) != XMLLowerAscii(b[i])) return false;
+    if (!b[i] || (a[i] != b[i] && XMLLowerAscii(a[i]) != XMLLowerAscii(b[i]))) return false;
   }
   return true;
 }
