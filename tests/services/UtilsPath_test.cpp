@@ -125,3 +125,13 @@ TEST(UtilsPath, MakeCaseOutputDirectoryWithRepetitionsAddsANumberedLevel) {
   EXPECT_EQ(Utils::MakeCaseOutputDirectory(L"K", L"F", when, 7, 1).Right(5), CString(L"/K/F/"));
   EXPECT_EQ(Utils::MakeCaseOutputDirectory(L"K", L"F", when, 1234, 2000).Right(5), CString(L"1234/"));
 }
+
+TEST(UtilsPath, MakeCaseOutputDirectoryFollowsEveryChangeOfTheDate) {
+  const XbDateTime first(2024, 3, 9, 7, 5, 1);
+  const XbDateTime second(2025, 1, 2, 3, 4, 5);
+  const CString root = ZoFileSystem::GetDirectory(16);
+  EXPECT_EQ(Utils::MakeCaseOutputDirectory(L"K", L"F", first, 0, 1), root + L"2024-03-09 07.05.01/K/F/");
+  EXPECT_EQ(Utils::MakeCaseOutputDirectory(L"K", L"G", first, 0, 1), root + L"2024-03-09 07.05.01/K/G/");
+  EXPECT_EQ(Utils::MakeCaseOutputDirectory(L"K", L"F", second, 0, 1), root + L"2025-01-02 03.04.05/K/F/");
+  EXPECT_EQ(Utils::MakeCaseOutputDirectory(L"K", L"F", first, 0, 1), root + L"2024-03-09 07.05.01/K/F/");
+}

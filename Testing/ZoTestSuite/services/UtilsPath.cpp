@@ -50,10 +50,27 @@ CString GetPathDirectory(const CString& path) {
   return directory;
 }
 
+namespace {
+
+// The level named after the run's start. Every case of a run asks for the
+// same one, and the local time and its formatting cost more than all the
+// rest of the path: each thread keeps the last one it made.
+const CString& dateLevel(const XbDateTime& dateTime) {
+  thread_local std::uint64_t uiValue = 0;
+  thread_local CString level;
+  if (level.IsEmpty() || uiValue != dateTime.GetValue()) {
+    level = dateTime.ToString(L"Y-m-d H.i.s", true) + c_Separator;
+    uiValue = dateTime.GetValue();
+  }
+  return level;
+}
+
+}  // namespace
+
 CString MakeCaseOutputDirectory(const CString& className, const CString& caseName, const XbDateTime& dateTime,
                                 std::uint32_t repeatIndex, std::uint32_t repeatCount) {
   CString directory = ZoFileSystem::GetDirectory(ZoFileSystem::eDebugOutputRoot);
-  directory += dateTime.ToString(L"Y-m-d H.i.s", true) + c_Separator;
+  directory += dateLevel(dateTime);
   directory += className + c_Separator;
   CString cleanCase = caseName;
   for (const wchar_t ch : {L'\\', L'/', L':', L'*', L'?', L'"', L'<', L'>', L'|'}) cleanCase.Replace(ch, L'-');
