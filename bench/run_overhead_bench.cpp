@@ -148,7 +148,7 @@ bool measure(const fs::path& cli, const fs::path& anchor, const fs::path& scratc
   perCase = plain;
   perTest = withAnchor ? (median[eAnchorAll] - median[eAnchorNone]) / c_uiCases * 1e6 : -1.0;
   if (withAnchor) {
-    std::printf("  GoogleTest, every test filtered out %8.1f ms\n", median[eAnchorNone] * 1e3);
+    std::printf("  GoogleTest, all filtered out    %8.1f ms\n", median[eAnchorNone] * 1e3);
     std::printf("  GoogleTest, %u tests         %8.1f ms   %6.2f us per test\n", c_uiCases, median[eAnchorAll] * 1e3,
                 perTest);
   }
