@@ -41,6 +41,13 @@ inline void printTableRow(const std::string& figure, const std::string& value, c
               ratio, lowerIsBetter ? "<=" : ">=", limit, met ? "met" : "NOT MET");
 }
 
+// A row that only shows a figure beside the anchor, with no target of its own.
+inline void printComparisonRow(const std::string& figure, const std::string& value, const std::string& anchor,
+                               const std::string& anchorValue, double ratio) {
+  std::printf("TABLE|%s|%s|%s|%s|%.2f|-|-\n", figure.c_str(), value.c_str(), anchor.c_str(), anchorValue.c_str(),
+              ratio);
+}
+
 // A number with its unit, for a table row.
 inline std::string withUnit(double value, const char* unit) {
   char text[64];

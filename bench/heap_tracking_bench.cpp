@@ -170,10 +170,10 @@ int main(int argc, char** argv) {
   printTableRow("heap tracking, after a second thread", withUnit(trackedMulti * 1e3, "ms"), "untracked",
                 withUnit(untrackedMulti * 1e3, "ms"), trackedMulti / untrackedMulti, c_dMultiThreadTarget, true);
   if (preloaded > 0)
-    printTableRow("preloaded interposer (for comparison)", withUnit(preloaded * 1e3, "ms"), "untracked",
-                  withUnit(untracked * 1e3, "ms"), preloaded / untracked, c_dSingleThreadTarget, true);
+    printComparisonRow("preloaded interposer (for comparison)", withUnit(preloaded * 1e3, "ms"), "untracked",
+                       withUnit(untracked * 1e3, "ms"), preloaded / untracked);
   if (heaptrack > 0)
-    printTableRow("heaptrack (for comparison)", withUnit(heaptrack * 1e3, "ms"), "untracked",
-                  withUnit(untracked * 1e3, "ms"), heaptrack / untracked, c_dSingleThreadTarget, true);
+    printComparisonRow("heaptrack (for comparison)", withUnit(heaptrack * 1e3, "ms"), "untracked",
+                       withUnit(untracked * 1e3, "ms"), heaptrack / untracked);
   return 0;
 }
