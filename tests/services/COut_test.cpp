@@ -180,6 +180,26 @@ TEST_F(COutTest, ConsoleGetsUtf8BytesOfTheText) {
   EXPECT_EQ(::testing::internal::GetCapturedStdout(), "Gr\xC3\xBC\xC3\x9F\x65 \xE2\x82\xAC\n");
 }
 
+// A line goes to the console in one piece: its beginning waits for its end
+// or for Flush (the head of a case before the case runs).
+TEST_F(COutTest, TheConsoleGetsALineWhenItEndsOrWhenFlushed) {
+  ::testing::internal::CaptureStdout();
+  const auto written = [] { return std::filesystem::file_size("/proc/self/fd/1"); };
+  COut::Write(L"\tcase... ");
+  const auto held = written();
+  COut::Flush();
+  const auto flushed = written();
+  COut::Write(L"OK");
+  const auto partial = written();
+  COut::Write(L"\n");
+  const auto whole = written();
+  EXPECT_EQ(::testing::internal::GetCapturedStdout(), "\tcase... OK\n");
+  EXPECT_EQ(held, 0u);
+  EXPECT_EQ(flushed, 9u);
+  EXPECT_EQ(partial, 9u);
+  EXPECT_EQ(whole, 12u);
+}
+
 TEST_F(COutTest, ConsoleOffSilencesOnlyTheConsole) {
   COutRecorder recorder;  // console off
   ::testing::internal::CaptureStdout();

@@ -67,6 +67,7 @@ void PrintCaseHead(const SRunOptions& options, const SUnitTest& unitTest, const 
   else COut::Write(L"\t");
   if (options.uiRepeatCount < 2) COut::Write(L"%s... ", testCase.Name);
   else COut::Write(L"(%d/%d) %s... ", row.uiRepetition + 1, options.uiRepeatCount, testCase.Name);
+  COut::Flush();
 }
 
 void PrintCaseResult(const SCaseResult& row, bool bShowTimes, bool bShowThreadInfo) {

@@ -31,11 +31,12 @@ SChannel& channel() {
 }
 
 // The bytes go out as UTF-8 as they are; no console code page is set or
-// restored here.
+// restored here. A line's beginning stays in the stream's buffer until the
+// line is complete or COut::Flush sends it.
 void writeConsole(const wchar_t* text) {
   const std::string bytes = CString(text).ToUtf8();
   std::fwrite(bytes.data(), 1, bytes.size(), stdout);
-  std::fflush(stdout);
+  if (!bytes.empty() && bytes.back() == '\n') std::fflush(stdout);
 }
 
 // The log shows what the console shows: an escaped byte of a file name (a
@@ -90,7 +91,14 @@ void COut::AddCustomOut(ZoCustomOut* sink) {
 void COut::SetConsoleOut(bool enabled) {
   SChannel& ch = channel();
   XbScopedLock guard(ch.lock);
+  if (ch.bConsole && !enabled) std::fflush(stdout);
   ch.bConsole = enabled;
+}
+
+void COut::Flush() {
+  SChannel& ch = channel();
+  XbScopedLock guard(ch.lock);
+  if (ch.bConsole) std::fflush(stdout);
 }
 
 void COut::SetLogFileOut(const CString& path) {

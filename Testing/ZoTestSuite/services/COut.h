@@ -95,7 +95,13 @@ class COut {
   ~COut() noexcept(false);
 
   static void AddCustomOut(ZoCustomOut* sink);
+  // The console gets whole lines at once and holds a line's beginning back
+  // until the line ends or Flush is called: one write per line, not one
+  // per message.
   static void SetConsoleOut(bool enabled);
+  // Sends what the console holds back, e.g. the head of a case before the
+  // case runs, so that a case that hangs or crashes shows which it is.
+  static void Flush();
   static void SetLogFileOut(const CString& path);
 
  private:
