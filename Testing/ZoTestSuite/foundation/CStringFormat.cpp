@@ -21,6 +21,10 @@ struct SSpec {
   bool bWideText = true;
   wchar_t cConversion = 0;
 
+  // No flag, width or precision: the value as it is, which needs no
+  // printf-style formatting at run time.
+  bool IsPlain() const { return sFlags.empty() && iWidth < 0 && iPrecision < 0; }
+
   std::wstring Piece(wchar_t conversion) const {
     std::wstring p = L"%" + sFlags;
     if (iWidth >= 0) p += std::to_wstring(iWidth);
@@ -143,6 +147,7 @@ std::wstring renderSigned(const SSpec& spec, const SFormatArg& a) {
     default: value = static_cast<std::int32_t>(a.u); break;
   }
   if (spec.iPrecision == 0 && value == 0) return renderZeroWithoutDigits(spec, true);
+  if (spec.IsPlain()) return fmt::format(L"{}", value);
   return fmt::sprintf(spec.Piece(L'd'), value);
 }
 
@@ -160,6 +165,7 @@ std::wstring renderUnsigned(const SSpec& spec, const SFormatArg& a) {
   SSpec unsignedSpec = spec;
   std::erase(unsignedSpec.sFlags, L'+');
   std::erase(unsignedSpec.sFlags, L' ');
+  if (spec.cConversion == L'u' && unsignedSpec.IsPlain()) return fmt::format(L"{}", value);
   return fmt::sprintf(unsignedSpec.Piece(spec.cConversion), value);
 }
 
@@ -174,6 +180,7 @@ std::wstring renderText(const SSpec& spec, const SFormatArg& a) {
   } else {
     formatError();
   }
+  if (spec.IsPlain()) return text;
   return fmt::sprintf(spec.Piece(L's'), text);
 }
 
