@@ -17,6 +17,15 @@ TEST(FormatTime, ChoosesTheUnitByTheFirstRuleThatHolds) {
   EXPECT_EQ(FormatTime(-1.0, 2), CString(L"-1000000000.00ns"));
 }
 
+// The digits are those of "%.*f", rounding of halves included.
+TEST(FormatTime, RoundsAsPrintfDoes) {
+  for (const double seconds : {1.005, 2.675, 1.125, 1.375, 3.14159265, 1.0 + 1e-12, 99.995, 12345.6789}) {
+    for (int digits = 0; digits <= 4; ++digits)
+      EXPECT_EQ(FormatTime(seconds, digits), FormatString(L"%.*f", digits, seconds) + L"s")
+          << seconds << " with " << digits << " digits";
+  }
+}
+
 TEST(PrintCase, SequentialRunOfOneClassWithTwoCases) {
   const SUnitTest unitTest = RunTestClasses::MakeClass(L"Klasse", {L"eins", L"zwei"});
   SCaseResult rows[2];

@@ -1,6 +1,8 @@
 // Progress and summary output: the case lines, the class headings and the summary of a run.
 #include "run/ProgressOutput.h"
 
+#include <fmt/xchar.h>
+
 #include "services/COut.h"
 
 namespace TestSuite {
@@ -92,7 +94,6 @@ void PrintCaseResult(const SCaseResult& row, bool bShowTimes, bool bShowThreadIn
 
 CString FormatTime(double x, int digits) {
   if (x == 0.0) return CString(L"0 s");
-  const CString number = FormatString(L"%%.%df", digits);
   struct SUnit {
     double dScale;
     const wchar_t* sUnit;
@@ -101,7 +102,8 @@ CString FormatTime(double x, int digits) {
                      : x < 0.001 ? SUnit{1e6, L"µs"}
                      : x < 1.0   ? SUnit{1000.0, L"ms"}
                                  : SUnit{1.0, L"s"};
-  return FormatString(number, x * unit.dScale) + unit.sUnit;
+  // The same digits as "%.*f" gives; this is printed for every case.
+  return CString(fmt::format(L"{:.{}f}", x * unit.dScale, digits)) + unit.sUnit;
 }
 
 void PrintSummary(const XbArray<SUnitTest>& classes, bool bShowTimes, const SRunStatistics& statistics) {

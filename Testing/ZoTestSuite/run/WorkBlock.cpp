@@ -118,10 +118,14 @@ bool StoreBlockText(char16_t* target, unsigned int units, const CString& text) {
 }
 
 CString LoadBlockText(const char16_t* source, unsigned int units) {
+  unsigned int length = 0;
+  while (length < units && source[length]) ++length;
   std::wstring text;
-  for (unsigned int i = 0; i < units && source[i]; ++i) {
+  text.reserve(length);  // a pair of units makes one character: never more characters than units
+  for (unsigned int i = 0; i < length; ++i) {
     const char16_t u = source[i];
-    const bool pair = u >= 0xD800 && u <= 0xDBFF && i + 1 < units && source[i + 1] >= 0xDC00 && source[i + 1] <= 0xDFFF;
+    const bool pair =
+        u >= 0xD800 && u <= 0xDBFF && i + 1 < length && source[i + 1] >= 0xDC00 && source[i + 1] <= 0xDFFF;
     if (pair) {
       text += static_cast<wchar_t>(0x10000 + ((u - 0xD800) << 10) + (source[i + 1] - 0xDC00));
       ++i;
