@@ -350,6 +350,39 @@ TEST(CHeapTracker, SeesAllocationsOfOtherThreads) {
   EXPECT_EQ(tracker.GetCurrentMax(), 72);
 }
 
+// Four threads allocate at once while the tracker is active; every call is
+// counted and the live bytes come back to zero, whichever thread runs.
+TEST(CHeapTracker, CountsExactlyWhileSeveralThreadsAllocateAtOnce) {
+  HEAP_SKIP_WITHOUT_INTERCEPTION();
+  constexpr int c_iThreads = 4, c_iPairs = 20000;
+  CHeapTracker tracker(false, true);
+  std::atomic<int> ready{0}, done{0};
+  std::atomic<bool> go{false}, leave{false};
+  std::vector<std::thread> workers;
+  for (int t = 0; t < c_iThreads; ++t) {
+    workers.emplace_back([&, t] {
+      g_fnFree(g_fnMalloc(16));  // the thread's arena, before the count starts
+      ready.fetch_add(1);
+      while (!go.load()) std::this_thread::yield();
+      for (int i = 0; i < c_iPairs; ++i) g_fnFree(g_fnMalloc(16 + static_cast<std::size_t>((i * 7 + t) % 500)));
+      done.fetch_add(1);
+      while (!leave.load()) std::this_thread::yield();
+    });
+  }
+  while (ready.load() != c_iThreads) std::this_thread::yield();
+  tracker.Activate();
+  go.store(true);
+  while (done.load() != c_iThreads) std::this_thread::yield();
+  tracker.Deactivate();
+  leave.store(true);
+  for (std::thread& worker : workers) worker.join();
+  EXPECT_EQ(tracker.GetMallocCount(), std::uint64_t{c_iThreads} * c_iPairs);
+  EXPECT_EQ(tracker.GetFreeCount(), std::uint64_t{c_iThreads} * c_iPairs);
+  EXPECT_EQ(tracker.GetCurrentAlloc(), 0);
+  EXPECT_GE(tracker.GetCurrentMax(), 515);
+  EXPECT_TRUE(CHeapTrackerTestAccess::ConsistencyTest(tracker));
+}
+
 TEST(CHeapTracker, UnhookAllEndsTheInterceptionUntilTheNextInitialize) {
   HEAP_SKIP_WITHOUT_INTERCEPTION();
   CHeapTracker tracker(false, true);

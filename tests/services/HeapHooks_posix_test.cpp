@@ -155,4 +155,29 @@ TEST_F(HeapHooksTest, TheTrackerLockIsOneReEntrantLockForAllHandles) {
       ::testing::ExitedWithCode(0), "");
 }
 
+// The allocator path's scope takes the lock only once the process has had a
+// second thread. Runs in a fresh run of this program, which starts with one
+// thread.
+TEST_F(HeapHooksTest, TheTrackerScopeTakesTheLockOnlyOnceASecondThreadHasExisted) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        if (!XbReentrantLock::IsProcessSingleThreaded()) std::_Exit(3);
+        bool heldAlone = true;
+        {
+          const Hooks::CTrackerScope scope;
+          heldAlone = Hooks::g_TrackerLock.IsHeldByCurrentThread();
+        }
+        std::thread([] {}).join();
+        bool heldLater = false;
+        {
+          const Hooks::CTrackerScope scope;
+          heldLater = Hooks::g_TrackerLock.IsHeldByCurrentThread();
+        }
+        const bool freeAfter = !Hooks::g_TrackerLock.IsHeldByCurrentThread();
+        std::_Exit(!heldAlone && heldLater && freeAfter ? 0 : 4);
+      },
+      ::testing::ExitedWithCode(0), "");
+}
+
 }  // namespace

@@ -26,7 +26,7 @@ class XbReentrantLock {
     }
     // With a single thread the word can only be free here: this thread does
     // not hold it (else it had counted up above) and nobody else exists.
-    if (isProcessSingleThreaded()) {
+    if (IsProcessSingleThreaded()) {
       m_state.store(eLocked, std::memory_order_relaxed);
     } else {
       std::uint32_t expected = eFree;
@@ -43,7 +43,7 @@ class XbReentrantLock {
   void Unlock() noexcept {
     if (--m_uiDepth != 0) return;
     m_owner.store(0, std::memory_order_relaxed);
-    if (isProcessSingleThreaded()) {
+    if (IsProcessSingleThreaded()) {
       m_state.store(eFree, std::memory_order_release);
       return;
     }
@@ -67,6 +67,14 @@ class XbReentrantLock {
   void unlock() noexcept { Unlock(); }
   bool try_lock() noexcept { return TryLock(); }
 
+  // Whether the process has only ever had one thread. Reads the C library's
+  // own flag through a pointer looked up once, so that it calls nothing.
+  static bool IsProcessSingleThreaded() noexcept {
+    const volatile char* flag = s_pSingleThreadedFlag.load(std::memory_order_relaxed);
+    if (!flag) flag = lookUpSingleThreadedFlag();
+    return *flag != 0;
+  }
+
  private:
   enum : std::uint32_t { eFree = 0, eLocked = 1, eContended = 2 };
 
@@ -77,13 +85,6 @@ class XbReentrantLock {
     return reinterpret_cast<std::uintptr_t>(&t_cTag);
   }
 
-  // Reads the C library's own flag through a pointer looked up once, so
-  // that the uncontended path calls nothing.
-  static bool isProcessSingleThreaded() noexcept {
-    const volatile char* flag = s_pSingleThreadedFlag.load(std::memory_order_relaxed);
-    if (!flag) flag = lookUpSingleThreadedFlag();
-    return *flag != 0;
-  }
   static const volatile char* lookUpSingleThreadedFlag() noexcept;
 
   void acquireContended() noexcept;

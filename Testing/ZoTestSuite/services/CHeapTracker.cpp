@@ -113,67 +113,32 @@ bool CHeapTracker::hook(HeapHooks::EFunction target, TObserver replacement, TEnt
 
 bool CHeapTracker::unhook(HeapHooks::EFunction target) { return HeapHooks::DisableHook(target) == 0; }
 
-void CHeapTracker::dispatch(EOperation operation, std::uint64_t oldAddress, std::uint64_t newAddress,
-                            std::uint64_t size) {
-  std::lock_guard lock(s_CriticalSection);
-  if (s_bDeactivateGlobal) return;
-  // The count is read again after every tracker.
-  for (unsigned int i = 0; i < s_TrackerList.GetCount(); ++i) {
-    CHeapTracker& tracker = *s_TrackerList[i];
-    if (!tracker.m_bActive) continue;
-    tracker.m_bActive = false;
-    tracker.perform(operation, oldAddress, newAddress, size);
-    tracker.finishOperation();
-  }
-}
-
-void CHeapTracker::dispatchMalloc(void* address, std::uint64_t size) {
-  dispatch(EOperation::Malloc, 0, toAddress(address), size);
-}
-
-void CHeapTracker::dispatchFree(void* address) { dispatch(EOperation::Free, toAddress(address), 0, 0); }
-
-void CHeapTracker::dispatchRealloc(void* oldAddress, void* newAddress, std::uint64_t size) {
-  dispatch(EOperation::Realloc, toAddress(oldAddress), toAddress(newAddress), size);
-}
-
-void CHeapTracker::track(EOperation operation, void* oldAddress, void* newAddress, std::uint64_t size) {
-  if (!m_bActive) return;
-  m_bActive = false;
-  perform(operation, toAddress(oldAddress), toAddress(newAddress), size);
-  finishOperation();
-}
-
 // The operation proper, with `active` cleared by the caller.
-void CHeapTracker::perform(EOperation operation, std::uint64_t oldAddress, std::uint64_t newAddress,
-                           std::uint64_t size) {
-  switch (operation) {
-    case EOperation::Malloc:
-      checkAllocation(m_uiNextID, size);
-      ++m_uiMallocCount;
-      trackAllocatedMemory(newAddress, size);
-      break;
-    case EOperation::Free:
-      ++m_uiFreeCount;
-      trackDeallocatedMemory(oldAddress);
-      break;
-    case EOperation::Realloc:
-      checkAllocation(m_uiNextID, size);
-      ++m_uiReallocCount;
-      // Out before in: the old and the new size are never added up.
-      trackDeallocatedMemory(oldAddress);
-      trackAllocatedMemory(newAddress, size);
-      break;
+template <CHeapTracker::EOperation operation>
+inline void CHeapTracker::perform(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
+  if constexpr (operation == EOperation::Malloc) {
+    checkAllocation(m_uiNextID, size);
+    ++m_uiMallocCount;
+    trackAllocatedMemory(newAddress, size);
+  } else if constexpr (operation == EOperation::Free) {
+    ++m_uiFreeCount;
+    trackDeallocatedMemory(oldAddress);
+  } else {
+    checkAllocation(m_uiNextID, size);
+    ++m_uiReallocCount;
+    // Out before in: the old and the new size are never added up.
+    trackDeallocatedMemory(oldAddress);
+    trackAllocatedMemory(newAddress, size);
   }
 }
 
-void CHeapTracker::finishOperation() {
+inline void CHeapTracker::finishOperation() {
   if (m_iCurrentAlloc > m_iCurrentMax) m_iCurrentMax = m_iCurrentAlloc;
   ++m_uiNextID;
   m_bActive = true;
 }
 
-void CHeapTracker::trackAllocatedMemory(std::uint64_t address, std::uint64_t size) {
+inline void CHeapTracker::trackAllocatedMemory(std::uint64_t address, std::uint64_t size) {
   m_iCurrentAlloc += static_cast<std::int64_t>(size);
   bool inserted = false;
   SAllocData& data = m_Allocations.FindOrInsert(address, SAllocData{m_uiNextID, 1, size}, inserted);
@@ -185,7 +150,7 @@ void CHeapTracker::trackAllocatedMemory(std::uint64_t address, std::uint64_t siz
   }
 }
 
-void CHeapTracker::trackDeallocatedMemory(std::uint64_t address) {
+inline void CHeapTracker::trackDeallocatedMemory(std::uint64_t address) {
   m_Allocations.RemoveIf(address, [this](SAllocData& data) {
     if (--data.iCount != 0) return false;
     m_iCurrentAlloc -= static_cast<std::int64_t>(data.uiSize);
@@ -193,9 +158,47 @@ void CHeapTracker::trackDeallocatedMemory(std::uint64_t address) {
   });
 }
 
-void CHeapTracker::checkAllocation(std::uint64_t id, std::uint64_t size) const {
+inline void CHeapTracker::checkAllocation(std::uint64_t id, std::uint64_t size) const {
   if (m_uiObservedID != c_uiObserveOff && id == m_uiObservedID) ZoPlatform::System::RaiseTrap();
   if (m_uiObservedSize != c_uiObserveOff && size == m_uiObservedSize) ZoPlatform::System::RaiseTrap();
+}
+
+// One instance per operation, so that the allocator path decides nothing
+// but which trackers are active.
+template <CHeapTracker::EOperation operation>
+void CHeapTracker::dispatch(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
+  // The bookkeeping below starts no thread.
+  const HeapHooks::CTrackerScope lock;
+  if (s_bDeactivateGlobal) return;
+  // The count is read again after every tracker.
+  for (unsigned int i = 0; i < s_TrackerList.GetCount(); ++i) {
+    CHeapTracker& tracker = *s_TrackerList[i];
+    if (!tracker.m_bActive) continue;
+    tracker.m_bActive = false;
+    tracker.perform<operation>(oldAddress, newAddress, size);
+    tracker.finishOperation();
+  }
+}
+
+void CHeapTracker::dispatchMalloc(void* address, std::uint64_t size) {
+  dispatch<EOperation::Malloc>(0, toAddress(address), size);
+}
+
+void CHeapTracker::dispatchFree(void* address) { dispatch<EOperation::Free>(toAddress(address), 0, 0); }
+
+void CHeapTracker::dispatchRealloc(void* oldAddress, void* newAddress, std::uint64_t size) {
+  dispatch<EOperation::Realloc>(toAddress(oldAddress), toAddress(newAddress), size);
+}
+
+void CHeapTracker::track(EOperation operation, void* oldAddress, void* newAddress, std::uint64_t size) {
+  if (!m_bActive) return;
+  m_bActive = false;
+  switch (operation) {
+    case EOperation::Malloc: perform<EOperation::Malloc>(0, toAddress(newAddress), size); break;
+    case EOperation::Free: perform<EOperation::Free>(toAddress(oldAddress), 0, 0); break;
+    case EOperation::Realloc: perform<EOperation::Realloc>(toAddress(oldAddress), toAddress(newAddress), size); break;
+  }
+  finishOperation();
 }
 
 bool CHeapTracker::consistencyTest() const {

@@ -7,7 +7,8 @@
 // while nothing else in the process allocates. Harness work that must not
 // count is bracketed with Deactivate and Activate.
 //
-// Locking. Every intercepted call takes s_CriticalSection, a re-entrant lock:
+// Locking. Every intercepted call takes s_CriticalSection, a re-entrant lock,
+// once the process has had a second thread (before that, nobody can contend):
 // a tracker's own map allocates through the intercepted malloc, so a dispatch
 // nests on the same thread. A tracker at work has `active` cleared and skips
 // itself in the nested dispatch; a second active tracker does count the first
@@ -28,7 +29,7 @@
 #include "foundation/XbArray.h"
 #include "foundation/XbIDumpable.h"
 #include "foundation/XbStream.h"
-#include "services/CPooledAddressMap.h"
+#include "services/CAddressMap.h"
 #include "services/platform/HeapHooks.h"
 
 namespace TestSuite {
@@ -89,13 +90,15 @@ class CHeapTracker : public INonCopyable, public XbIDumpable<1> {
   static bool hook(HeapHooks::EFunction target, TObserver replacement, TEntry& savedEntry);
   static bool unhook(HeapHooks::EFunction target);
 
-  static void dispatch(EOperation operation, std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
+  template <EOperation operation>
+  static void dispatch(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
   static void dispatchMalloc(void* address, std::uint64_t size);
   static void dispatchFree(void* address);
   static void dispatchRealloc(void* oldAddress, void* newAddress, std::uint64_t size);
 
   void track(EOperation operation, void* oldAddress, void* newAddress, std::uint64_t size);
-  void perform(EOperation operation, std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
+  template <EOperation operation>
+  void perform(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
   void finishOperation();
   void trackAllocatedMemory(std::uint64_t address, std::uint64_t size);
   void trackDeallocatedMemory(std::uint64_t address);
@@ -105,7 +108,7 @@ class CHeapTracker : public INonCopyable, public XbIDumpable<1> {
 
   void dump(XbStreamWriteASCIIT<CString>& stream) override;
 
-  CPooledAddressMap<SAllocData> m_Allocations;
+  CAddressMap<SAllocData> m_Allocations;
   bool m_bInitializeAtConstruction;  // kept, never read again
   bool m_bRegistered = false;
   bool m_bActive = false;

@@ -67,4 +67,23 @@ class CTrackerLock {
   void unlock() noexcept { Unlock(); }
 };
 
+// Holds g_TrackerLock for its scope, except while the process has only ever
+// had one thread: then nobody can contend for it, and taking it would only
+// cost time on every allocation. Code in such a scope must not start a
+// thread.
+class CTrackerScope {
+ public:
+  CTrackerScope() noexcept : m_bTaken(!XbReentrantLock::IsProcessSingleThreaded()) {
+    if (m_bTaken) g_TrackerLock.Lock();
+  }
+  ~CTrackerScope() {
+    if (m_bTaken) g_TrackerLock.Unlock();
+  }
+  CTrackerScope(const CTrackerScope&) = delete;
+  CTrackerScope& operator=(const CTrackerScope&) = delete;
+
+ private:
+  bool m_bTaken;
+};
+
 }  // namespace TestSuite::HeapHooks
