@@ -22,6 +22,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <type_traits>
 
 #include "foundation/XbException.h"
@@ -71,26 +72,30 @@ class CAddressMap {
 
   // The value of `key`; if the map lacks it, adds it with `initial` first
   // and sets `inserted`. One probe sequence either way, unless the table
-  // has to grow first.
+  // has to be made or to grow first.
   TValue& FindOrInsert(std::uint64_t key, const TValue& initial, bool& inserted) {
+    if (TValue* value = TryFindOrInsert(key, initial, inserted)) return *value;
+    return insertGrowing(key, initial, inserted);
+  }
+
+  // FindOrInsert where it needs no memory: null, with nothing changed, where
+  // the table would have to be made or to grow. Calls nothing.
+  TValue* TryFindOrInsert(std::uint64_t key, const TValue& initial, bool& inserted) {
     if (key == 0) {
       inserted = !m_bHasZero;
       if (inserted) m_ZeroValue = initial;
       m_bHasZero = true;
-      return m_ZeroValue;
+      return &m_ZeroValue;
     }
-    if (!m_pSlots) createTable();
+    if (!m_pSlots) return nullptr;
     SSlot* slot = probe(key);
-    if (slot->uiKey == key) {
-      inserted = false;
-      return slot->value;
-    }
-    if (m_uiCount + 1 > m_uiLimit && grow()) slot = probe(key);
+    inserted = slot->uiKey != key;
+    if (!inserted) return &slot->value;
+    if (m_uiCount + 1 > m_uiLimit) return nullptr;
     slot->uiKey = key;
     slot->value = initial;
     ++m_uiCount;
-    inserted = true;
-    return slot->value;
+    return &slot->value;
   }
 
   bool Remove(std::uint64_t key) {
@@ -102,6 +107,19 @@ class CAddressMap {
   // entry stays.
   template <typename TDone>
   bool RemoveIf(std::uint64_t key, TDone&& done) {
+    if (const std::optional<bool> removed = TryRemoveIf(key, done)) return *removed;
+    SSlot* slot = probe(key);
+    if (!done(slot->value)) return false;
+    shiftBack(static_cast<unsigned int>(slot - m_pSlots));
+    --m_uiCount;
+    return true;
+  }
+
+  // RemoveIf where no other entry has to move: nothing, with `done` not
+  // called, where the key sits in front of another entry. Calls nothing
+  // but `done`.
+  template <typename TDone>
+  std::optional<bool> TryRemoveIf(std::uint64_t key, TDone&& done) {
     if (key == 0) {
       if (!m_bHasZero || !done(m_ZeroValue)) return false;
       m_bHasZero = false;
@@ -109,8 +127,12 @@ class CAddressMap {
     }
     if (m_uiCount == 0) return false;
     SSlot* slot = probe(key);
-    if (slot->uiKey != key || !done(slot->value)) return false;
-    erase(static_cast<unsigned int>(slot - m_pSlots));
+    if (slot->uiKey != key) return false;
+    const unsigned int index = static_cast<unsigned int>(slot - m_pSlots);
+    if (m_pSlots[(index + 1) & m_uiMask].uiKey != 0) return std::nullopt;
+    if (!done(slot->value)) return false;
+    slot->uiKey = 0;
+    --m_uiCount;
     return true;
   }
 
@@ -156,7 +178,7 @@ class CAddressMap {
 
   // Frees slot `hole` and moves back every entry behind it whose probe
   // sequence passes the hole.
-  void erase(unsigned int hole) {
+  [[gnu::noinline]] void shiftBack(unsigned int hole) {
     for (unsigned int next = (hole + 1) & m_uiMask; m_pSlots[next].uiKey != 0; next = (next + 1) & m_uiMask) {
       // How far each of the two slots lies behind the entry's home slot.
       const unsigned int fromHome = (next - home(m_pSlots[next].uiKey)) & m_uiMask;
@@ -165,7 +187,6 @@ class CAddressMap {
       hole = next;
     }
     m_pSlots[hole].uiKey = 0;
-    --m_uiCount;
   }
 
   static unsigned int limitOf(unsigned int slots) { return slots < c_uiDenseSlots ? slots / 16 : slots / 2; }
@@ -177,6 +198,19 @@ class CAddressMap {
     auto* table = static_cast<SSlot*>(TAllocator::Allocate(slotBytes(slots)));
     for (unsigned int i = 0; table && i < slots; ++i) table[i].uiKey = 0;
     return table;
+  }
+
+  // FindOrInsert's way when the table has to be made or to grow first.
+  [[gnu::noinline]] TValue& insertGrowing(std::uint64_t key, const TValue& initial, bool& inserted) {
+    if (!m_pSlots) createTable();
+    SSlot* slot = probe(key);
+    inserted = slot->uiKey != key;
+    if (!inserted) return slot->value;
+    if (m_uiCount + 1 > m_uiLimit && grow()) slot = probe(key);
+    slot->uiKey = key;
+    slot->value = initial;
+    ++m_uiCount;
+    return slot->value;
   }
 
   void createTable() {
@@ -195,7 +229,7 @@ class CAddressMap {
   // Moves every entry into a table of twice the size; true if it did.
   // Without memory for it, the map keeps its table as long as one more
   // entry leaves a slot free.
-  bool grow() {
+  [[gnu::noinline]] bool grow() {
     const unsigned int oldSlots = m_uiMask + 1;
     SSlot* table = allocateSlots(oldSlots * 2);
     if (!table) {

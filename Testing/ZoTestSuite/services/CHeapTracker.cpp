@@ -33,6 +33,7 @@ struct SDumpEntry {
 HeapHooks::CTrackerLock CHeapTracker::s_CriticalSection;
 XbArray<CHeapTracker*>& CHeapTracker::s_TrackerList = g_TrackerListStorage.list;
 bool CHeapTracker::s_bDeactivateGlobal = false;
+std::atomic<CHeapTracker*> CHeapTracker::s_pLoneTracker{nullptr};
 bool CHeapTracker::s_bIsHooked = false;
 HeapHooks::FnMalloc CHeapTracker::s_fnRealMalloc = nullptr;
 HeapHooks::FnFree CHeapTracker::s_fnRealFree = nullptr;
@@ -50,9 +51,11 @@ CHeapTracker::~CHeapTracker() {
     std::lock_guard lock(s_CriticalSection);
     for (unsigned int i = 0; i < s_TrackerList.GetCount(); ++i) {
       if (s_TrackerList[i] != this) continue;
+      s_pLoneTracker.store(nullptr, std::memory_order_relaxed);
       s_bDeactivateGlobal = true;
       s_TrackerList.RemoveAt(i);
       s_bDeactivateGlobal = false;
+      updateLoneTracker();
       break;
     }
   }
@@ -69,11 +72,17 @@ void CHeapTracker::Initialize() {
     s_bIsHooked = true;
   }
   // Growing the list allocates and frees; a nested dispatch must not walk it meanwhile.
+  s_pLoneTracker.store(nullptr, std::memory_order_relaxed);
   s_bDeactivateGlobal = true;
   s_TrackerList.Add(this);
   s_bDeactivateGlobal = false;
+  updateLoneTracker();
   Reset();
   m_bRegistered = true;
+}
+
+void CHeapTracker::updateLoneTracker() {
+  s_pLoneTracker.store(s_TrackerList.GetCount() == 1 ? s_TrackerList[0] : nullptr, std::memory_order_relaxed);
 }
 
 void CHeapTracker::Reset() {
@@ -132,6 +141,41 @@ inline void CHeapTracker::perform(std::uint64_t oldAddress, std::uint64_t newAdd
   }
 }
 
+// A malloc or free of the lone tracker done in place, without allocating
+// and so without clearing `active`; false, with nothing changed, where it
+// needs more.
+template <CHeapTracker::EOperation operation>
+inline bool CHeapTracker::performAlone(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
+  if constexpr (operation == EOperation::Malloc) {
+    if ((m_uiObservedID & m_uiObservedSize) != c_uiObserveOff) return false;
+    bool inserted = false;
+    SAllocData* data = m_Allocations.TryFindOrInsert(newAddress, SAllocData{m_uiNextID, 1, size}, inserted);
+    if (!data) return false;
+    if (!inserted) {
+      ++data->iCount;
+      data->uiSize += size;
+      data->uiID = m_uiNextID;
+    }
+    ++m_uiMallocCount;
+    m_iCurrentAlloc += static_cast<std::int64_t>(size);
+  } else if constexpr (operation == EOperation::Free) {
+    if (!m_Allocations.TryRemoveIf(oldAddress, [this](SAllocData& data) { return releaseOne(data); })) return false;
+    ++m_uiFreeCount;
+  } else {
+    return false;
+  }
+  if (m_iCurrentAlloc > m_iCurrentMax) m_iCurrentMax = m_iCurrentAlloc;
+  ++m_uiNextID;
+  return true;
+}
+
+// One allocation at an address goes: the entry goes with the last.
+inline bool CHeapTracker::releaseOne(SAllocData& data) {
+  if (--data.iCount != 0) return false;
+  m_iCurrentAlloc -= static_cast<std::int64_t>(data.uiSize);
+  return true;
+}
+
 inline void CHeapTracker::finishOperation() {
   if (m_iCurrentAlloc > m_iCurrentMax) m_iCurrentMax = m_iCurrentAlloc;
   ++m_uiNextID;
@@ -151,11 +195,7 @@ inline void CHeapTracker::trackAllocatedMemory(std::uint64_t address, std::uint6
 }
 
 inline void CHeapTracker::trackDeallocatedMemory(std::uint64_t address) {
-  m_Allocations.RemoveIf(address, [this](SAllocData& data) {
-    if (--data.iCount != 0) return false;
-    m_iCurrentAlloc -= static_cast<std::int64_t>(data.uiSize);
-    return true;
-  });
+  m_Allocations.RemoveIf(address, [this](SAllocData& data) { return releaseOne(data); });
 }
 
 inline void CHeapTracker::checkAllocation(std::uint64_t id, std::uint64_t size) const {
@@ -164,9 +204,21 @@ inline void CHeapTracker::checkAllocation(std::uint64_t id, std::uint64_t size) 
 }
 
 // One instance per operation, so that the allocator path decides nothing
-// but which trackers are active.
+// but which trackers are active. The usual case, one thread and one active
+// tracker, takes no lock, walks no list and calls nothing; whatever needs
+// more (memory for the map, a trap, entries to move, a second tracker or
+// thread) goes the general way out of line.
 template <CHeapTracker::EOperation operation>
-void CHeapTracker::dispatch(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
+inline void CHeapTracker::dispatch(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
+  CHeapTracker* lone = s_pLoneTracker.load(std::memory_order_relaxed);
+  if (lone && lone->m_bActive && XbReentrantLock::IsProcessSingleThreaded() &&
+      lone->performAlone<operation>(oldAddress, newAddress, size))
+    return;
+  dispatchToAll<operation>(oldAddress, newAddress, size);
+}
+
+template <CHeapTracker::EOperation operation>
+void CHeapTracker::dispatchToAll(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
   // The bookkeeping below starts no thread.
   const HeapHooks::CTrackerScope lock;
   if (s_bDeactivateGlobal) return;

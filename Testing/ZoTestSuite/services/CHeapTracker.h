@@ -22,6 +22,7 @@
 // with the whole new size.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 #include "foundation/CString.h"
@@ -92,6 +93,9 @@ class CHeapTracker : public INonCopyable, public XbIDumpable<1> {
 
   template <EOperation operation>
   static void dispatch(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
+  template <EOperation operation>
+  [[gnu::noinline]] static void dispatchToAll(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
+  static void updateLoneTracker();
   static void dispatchMalloc(void* address, std::uint64_t size);
   static void dispatchFree(void* address);
   static void dispatchRealloc(void* oldAddress, void* newAddress, std::uint64_t size);
@@ -99,7 +103,10 @@ class CHeapTracker : public INonCopyable, public XbIDumpable<1> {
   void track(EOperation operation, void* oldAddress, void* newAddress, std::uint64_t size);
   template <EOperation operation>
   void perform(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
+  template <EOperation operation>
+  bool performAlone(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
   void finishOperation();
+  bool releaseOne(SAllocData& data);
   void trackAllocatedMemory(std::uint64_t address, std::uint64_t size);
   void trackDeallocatedMemory(std::uint64_t address);
   void checkAllocation(std::uint64_t id, std::uint64_t size) const;
@@ -126,6 +133,9 @@ class CHeapTracker : public INonCopyable, public XbIDumpable<1> {
   // process's exit still walk the list.
   static XbArray<CHeapTracker*>& s_TrackerList;
   static bool s_bDeactivateGlobal;
+  // The only tracker of the list, while the list has one and is not being
+  // changed; null otherwise. Written under the lock, read without it.
+  static std::atomic<CHeapTracker*> s_pLoneTracker;
   static bool s_bIsHooked;
   // The real functions as the hook engine reported them; null while unhooked.
   static HeapHooks::FnMalloc s_fnRealMalloc;
