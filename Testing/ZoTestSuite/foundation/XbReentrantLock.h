@@ -18,37 +18,17 @@ class XbReentrantLock {
   XbReentrantLock(const XbReentrantLock&) = delete;
   XbReentrantLock& operator=(const XbReentrantLock&) = delete;
 
-  void Lock() noexcept {
-    const std::uintptr_t self = currentThreadTag();
-    if (m_owner.load(std::memory_order_relaxed) == self) {
-      ++m_uiDepth;
-      return;
-    }
-    // With a single thread the word can only be free here: this thread does
-    // not hold it (else it had counted up above) and nobody else exists.
-    if (IsProcessSingleThreaded()) {
-      m_state.store(eLocked, std::memory_order_relaxed);
-    } else {
-      std::uint32_t expected = eFree;
-      if (!m_state.compare_exchange_strong(expected, eLocked, std::memory_order_acquire, std::memory_order_relaxed))
-        acquireContended();
-    }
-    m_owner.store(self, std::memory_order_relaxed);
-    m_uiDepth = 1;
-  }
+  void Lock() noexcept { acquire(IsProcessSingleThreaded()); }
 
   // Only the owner unlocks, once per Lock or successful TryLock. A single
   // thread now means that nobody sleeps on the word, however it was taken;
   // a thread that came since may sleep on it.
-  void Unlock() noexcept {
-    if (--m_uiDepth != 0) return;
-    m_owner.store(0, std::memory_order_relaxed);
-    if (IsProcessSingleThreaded()) {
-      m_state.store(eFree, std::memory_order_release);
-      return;
-    }
-    if (m_state.exchange(eFree, std::memory_order_release) == eContended) wakeOne();
-  }
+  void Unlock() noexcept { release(IsProcessSingleThreaded()); }
+
+  // Lock and Unlock for a caller that has just seen the process with more
+  // than one thread: the same, without looking again.
+  void LockAmongThreads() noexcept { acquire(false); }
+  void UnlockAmongThreads() noexcept { release(false); }
 
   bool TryLock() noexcept;
 
@@ -77,6 +57,36 @@ class XbReentrantLock {
 
  private:
   enum : std::uint32_t { eFree = 0, eLocked = 1, eContended = 2 };
+
+  // `alone`: the process has only ever had one thread.
+  void acquire(bool alone) noexcept {
+    const std::uintptr_t self = currentThreadTag();
+    if (m_owner.load(std::memory_order_relaxed) == self) {
+      ++m_uiDepth;
+      return;
+    }
+    // With a single thread the word can only be free here: this thread does
+    // not hold it (else it had counted up above) and nobody else exists.
+    if (alone) {
+      m_state.store(eLocked, std::memory_order_relaxed);
+    } else {
+      std::uint32_t expected = eFree;
+      if (!m_state.compare_exchange_strong(expected, eLocked, std::memory_order_acquire, std::memory_order_relaxed))
+        acquireContended();
+    }
+    m_owner.store(self, std::memory_order_relaxed);
+    m_uiDepth = 1;
+  }
+
+  void release(bool alone) noexcept {
+    if (--m_uiDepth != 0) return;
+    m_owner.store(0, std::memory_order_relaxed);
+    if (alone) {
+      m_state.store(eFree, std::memory_order_release);
+      return;
+    }
+    if (m_state.exchange(eFree, std::memory_order_release) == eContended) wakeOne();
+  }
 
   // The address of a byte of the calling thread's own: never 0, and the
   // same for no two threads that live at the same time.

@@ -222,6 +222,11 @@ void CHeapTracker::dispatchToAll(std::uint64_t oldAddress, std::uint64_t newAddr
   // The bookkeeping below starts no thread.
   const HeapHooks::CTrackerScope lock;
   if (s_bDeactivateGlobal) return;
+  // With more than one thread, the lone tracker is served in place under the
+  // lock; with one, that has been tried already.
+  CHeapTracker* lone = s_pLoneTracker.load(std::memory_order_relaxed);
+  if (lone && lone->m_bActive && lock.AmongThreads() && lone->performAlone<operation>(oldAddress, newAddress, size))
+    return;
   // The count is read again after every tracker.
   for (unsigned int i = 0; i < s_TrackerList.GetCount(); ++i) {
     CHeapTracker& tracker = *s_TrackerList[i];

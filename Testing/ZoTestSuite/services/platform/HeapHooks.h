@@ -74,13 +74,16 @@ class CTrackerLock {
 class CTrackerScope {
  public:
   CTrackerScope() noexcept : m_bTaken(!XbReentrantLock::IsProcessSingleThreaded()) {
-    if (m_bTaken) g_TrackerLock.Lock();
+    if (m_bTaken) g_TrackerLock.LockAmongThreads();
   }
   ~CTrackerScope() {
-    if (m_bTaken) g_TrackerLock.Unlock();
+    if (m_bTaken) g_TrackerLock.UnlockAmongThreads();
   }
   CTrackerScope(const CTrackerScope&) = delete;
   CTrackerScope& operator=(const CTrackerScope&) = delete;
+
+  // Whether the process had more than one thread when the scope began.
+  bool AmongThreads() const { return m_bTaken; }
 
  private:
   bool m_bTaken;
