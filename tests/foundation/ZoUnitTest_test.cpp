@@ -53,6 +53,9 @@ TEST(ZoUnitTest, InitSubtestsBuildsTheListThroughTheHook) {
   EXPECT_EQ(test.GetSubtestName(1), CString(L"second"));
   EXPECT_EQ(test.GetSubtestName(2), CString(L"third"));
   EXPECT_EQ(test.GetSubtestName(3), CString());
+  const XbArray<CString>& names = test.GetSubtestNames();
+  ASSERT_EQ(names.GetCount(), 3u);
+  EXPECT_EQ(names[1], CString(L"second"));
 }
 
 TEST(ZoUnitTest, InitSubtestsIsRepeatableAndStartsFromAnEmptyList) {

@@ -12,8 +12,9 @@ std::unique_ptr<ZoUnitTest> CreateUnitTestInstance(const CString& className) {
 }
 
 std::optional<unsigned int> FindSubtestIndex(const ZoUnitTest& test, const CString& name) {
-  for (unsigned int i = 0; i < test.GetSubtestCount(); ++i) {
-    if (test.GetSubtestName(i) == name) return i;
+  const XbArray<CString>& names = test.GetSubtestNames();
+  for (unsigned int i = 0; i < names.GetCount(); ++i) {
+    if (names[i] == name) return i;
   }
   return std::nullopt;
 }

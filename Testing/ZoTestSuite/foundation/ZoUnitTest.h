@@ -66,6 +66,8 @@ class ZoUnitTest : public IObject {
   unsigned int GetSubtestCount() const;
   // An index beyond the list gives an empty text.
   CString GetSubtestName(unsigned int index) const;
+  // The whole list, as InitSubtests left it.
+  const XbArray<CString>& GetSubtestNames() const { return m_subtestNames; }
   // The stream for the test's output. It belongs to the caller and outlives
   // the run of the subtest; no stream is set at discovery.
   void SetMessageStream(XbStreamWriteASCIIT<CString>& stream) const;
