@@ -204,17 +204,35 @@ inline void CHeapTracker::checkAllocation(std::uint64_t id, std::uint64_t size) 
 }
 
 // One instance per operation, so that the allocator path decides nothing
-// but which trackers are active. The usual case, one thread and one active
-// tracker, takes no lock, walks no list and calls nothing; whatever needs
-// more (memory for the map, a trap, entries to move, a second tracker or
-// thread) goes the general way out of line.
+// but which trackers are active. The usual case, one active tracker, is
+// served in place: without lock, list walk or calls while the process has
+// one thread, under the lock otherwise. Whatever needs more (memory for the
+// map, a trap, entries to move, a second tracker) goes the general way out
+// of line.
 template <CHeapTracker::EOperation operation>
 inline void CHeapTracker::dispatch(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
   CHeapTracker* lone = s_pLoneTracker.load(std::memory_order_relaxed);
-  if (lone && lone->m_bActive && XbReentrantLock::IsProcessSingleThreaded() &&
-      lone->performAlone<operation>(oldAddress, newAddress, size))
-    return;
+  if (lone && lone->m_bActive) {
+    if (XbReentrantLock::IsProcessSingleThreaded()) {
+      if (lone->performAlone<operation>(oldAddress, newAddress, size)) return;
+    } else if (dispatchAloneAmongThreads<operation>(oldAddress, newAddress, size)) {
+      return;
+    }
+  }
   dispatchToAll<operation>(oldAddress, newAddress, size);
+}
+
+// The lone tracker's way with more than one thread; false, with nothing
+// changed, where the general way has to follow.
+template <CHeapTracker::EOperation operation>
+bool CHeapTracker::dispatchAloneAmongThreads(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
+  HeapHooks::g_TrackerLock.LockAmongThreads();
+  // Read again under the lock: the list may have changed meanwhile.
+  CHeapTracker* lone = s_pLoneTracker.load(std::memory_order_relaxed);
+  const bool done =
+      !s_bDeactivateGlobal && lone && lone->m_bActive && lone->performAlone<operation>(oldAddress, newAddress, size);
+  HeapHooks::g_TrackerLock.UnlockAmongThreads();
+  return done;
 }
 
 template <CHeapTracker::EOperation operation>
@@ -222,11 +240,6 @@ void CHeapTracker::dispatchToAll(std::uint64_t oldAddress, std::uint64_t newAddr
   // The bookkeeping below starts no thread.
   const HeapHooks::CTrackerScope lock;
   if (s_bDeactivateGlobal) return;
-  // With more than one thread, the lone tracker is served in place under the
-  // lock; with one, that has been tried already.
-  CHeapTracker* lone = s_pLoneTracker.load(std::memory_order_relaxed);
-  if (lone && lone->m_bActive && lock.AmongThreads() && lone->performAlone<operation>(oldAddress, newAddress, size))
-    return;
   // The count is read again after every tracker.
   for (unsigned int i = 0; i < s_TrackerList.GetCount(); ++i) {
     CHeapTracker& tracker = *s_TrackerList[i];

@@ -94,6 +94,9 @@ class CHeapTracker : public INonCopyable, public XbIDumpable<1> {
   template <EOperation operation>
   static void dispatch(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
   template <EOperation operation>
+  [[gnu::noinline]] static bool dispatchAloneAmongThreads(std::uint64_t oldAddress, std::uint64_t newAddress,
+                                                          std::uint64_t size);
+  template <EOperation operation>
   [[gnu::noinline]] static void dispatchToAll(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
   static void updateLoneTracker();
   static void dispatchMalloc(void* address, std::uint64_t size);

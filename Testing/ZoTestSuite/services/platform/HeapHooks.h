@@ -82,9 +82,6 @@ class CTrackerScope {
   CTrackerScope(const CTrackerScope&) = delete;
   CTrackerScope& operator=(const CTrackerScope&) = delete;
 
-  // Whether the process had more than one thread when the scope began.
-  bool AmongThreads() const { return m_bTaken; }
-
  private:
   bool m_bTaken;
 };
