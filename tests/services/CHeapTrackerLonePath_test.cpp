@@ -1,6 +1,7 @@
-// Tests of CHeapTracker's two ways through the allocator: the lone tracker
-// of a process that has only ever had one thread is served in place, every
-// other case under the lock. Both must come to the same figures.
+// Tests of CHeapTracker's ways through the allocator: the lone tracker is
+// served in place, without the lock while the process has only ever had one
+// thread and under it otherwise; several trackers are walked one by one.
+// All must come to the same figures.
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -109,6 +110,11 @@ TEST(CHeapTrackerLonePath, ComesToTheSameFiguresAsTheLockedPath) {
   EXPECT_NE(locked.find("ID 402, Size 2001 Bytes."), std::string::npos) << locked;
   EXPECT_NE(locked.find("Size 144 Bytes."), std::string::npos) << "the address live twice";
   EXPECT_EQ(alone, locked);
+
+  // A second tracker, registered but inactive, sends every call through the
+  // list walk of the general way.
+  const CHeapTracker bystander(false, true);
+  EXPECT_EQ(runWorkload(), locked);
 }
 
 using CHeapTrackerLonePathDeathTest = ::testing::Test;
