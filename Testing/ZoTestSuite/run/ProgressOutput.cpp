@@ -65,10 +65,16 @@ void PrintCaseHead(const SRunOptions& options, const SUnitTest& unitTest, const 
     COut::Write(L"%s", unitTest.Name).Bold();
     COut::Write(L"\n");
   }
-  if (!row.sStartTime.IsEmpty()) COut::Write(L"[%s] ", row.sStartTime);
-  else COut::Write(L"\t");
-  if (options.uiRepeatCount < 2) COut::Write(L"%s... ", testCase.Name);
-  else COut::Write(L"(%d/%d) %s... ", row.uiRepetition + 1, options.uiRepeatCount, testCase.Name);
+  // One piece of text for the usual case head, which comes with every case.
+  const bool bRepeated = options.uiRepeatCount >= 2;
+  if (row.sStartTime.IsEmpty() && !bRepeated) {
+    COut::Write(L"\t%s... ", testCase.Name);
+  } else {
+    if (!row.sStartTime.IsEmpty()) COut::Write(L"[%s] ", row.sStartTime);
+    else COut::Write(L"\t");
+    if (!bRepeated) COut::Write(L"%s... ", testCase.Name);
+    else COut::Write(L"(%d/%d) %s... ", row.uiRepetition + 1, options.uiRepeatCount, testCase.Name);
+  }
   COut::Flush();
 }
 
@@ -85,11 +91,12 @@ void PrintCaseResult(const SCaseResult& row, bool bShowTimes, bool bShowThreadIn
   }
   COut::Write(L"%s", line).Color(color);
   COut::Write(L"\n");
-  COut::Write(L"%s", row.sOutput);
   // Output cut at its limit (or never ended) ends mid-line: the next case
   // line starts on a line of its own.
   const CString& output = row.sOutput;
-  if (!output.IsEmpty() && output[output.GetLength() - 1] != L'\n') COut::Write(L"\n");
+  if (output.IsEmpty()) return;
+  COut::Write(L"%s", output);
+  if (output[output.GetLength() - 1] != L'\n') COut::Write(L"\n");
 }
 
 CString FormatTime(double x, int digits) {
