@@ -1,5 +1,7 @@
 // Path texts of Utils: separators at the end, the leaf and its directory,
 // one-level directory creation and the per-case debug output directory.
+#include <cwchar>
+
 #include "foundation/ZoFileSystem.h"
 #include "services/Utils.h"
 
@@ -71,10 +73,16 @@ CString MakeCaseOutputDirectory(const CString& className, const CString& caseNam
                                 std::uint32_t repeatIndex, std::uint32_t repeatCount) {
   CString directory = ZoFileSystem::GetDirectory(ZoFileSystem::eDebugOutputRoot);
   directory += dateLevel(dateTime);
-  directory += className + c_Separator;
-  CString cleanCase = caseName;
-  for (const wchar_t ch : {L'\\', L'/', L':', L'*', L'?', L'"', L'<', L'>', L'|'}) cleanCase.Replace(ch, L'-');
-  directory += cleanCase + c_Separator;
+  directory += className;
+  directory += c_Separator;
+  const std::size_t start = directory.Str().size();
+  directory += caseName;
+  for (std::size_t i = start; i < directory.Str().size(); ++i) {
+    wchar_t& ch = directory.Str()[i];
+    // A character the file systems of other platforms forbid in a name.
+    if (ch != L'\0' && std::wcschr(L"\\/:*?\"<>|", ch)) ch = L'-';
+  }
+  directory += c_Separator;
   if (repeatCount > 1) directory.AppendFormat(L"%03i/", repeatIndex);
   return directory;
 }
