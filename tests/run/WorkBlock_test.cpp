@@ -57,6 +57,29 @@ TEST(WorkBlock, TextsAreUtf16AndLimitedTo1023Units) {
   EXPECT_FALSE(StoreBlockText(block->sCaseName, SWorkBlock::sc_uiTextUnits, CString(L'a', 1022) + L"\U0001F600"));
 }
 
+TEST(WorkBlock, OddCharactersCrossTheBlockAsTheyCan) {
+  auto block = std::make_unique<SWorkBlock>();
+  CString text;
+  text += static_cast<wchar_t>(0xD800);  // a lone half of a pair stays what it is
+  text += L'x';
+  text += static_cast<wchar_t>(0x110000);  // beyond Unicode: the replacement character
+  text += static_cast<wchar_t>(0xDC00);
+  EXPECT_TRUE(StoreBlockText(block->sClassName, SWorkBlock::sc_uiTextUnits, text));
+  EXPECT_EQ(block->sClassName[0], 0xD800);
+  EXPECT_EQ(block->sClassName[2], 0xFFFD);
+  EXPECT_EQ(block->sClassName[3], 0xDC00);
+  EXPECT_EQ(block->sClassName[4], 0);
+  CString back;
+  back += static_cast<wchar_t>(0xD800);
+  back += L'x';
+  back += static_cast<wchar_t>(0xFFFD);
+  back += static_cast<wchar_t>(0xDC00);
+  EXPECT_EQ(LoadBlockText(block->sClassName, SWorkBlock::sc_uiTextUnits), back);
+  // A first half at the very end of the units read.
+  const char16_t units[] = {u'a', 0xD83D};
+  EXPECT_EQ(LoadBlockText(units, 2).GetLength(), 2);
+}
+
 TEST(WorkBlock, OutputStopsAtTheLimit) {
   auto block = std::make_unique<SWorkBlock>();
   ResetWorkBlock(*block);

@@ -26,6 +26,11 @@ unsigned int encodeUtf16(wchar_t ch, char16_t units[2]) {
 bool encodeInto(char16_t* target, unsigned int capacity, const CString& text, unsigned int& written) {
   written = 0;
   for (wchar_t ch : text.Str()) {
+    if (static_cast<std::uint32_t>(ch) < 0xD800) {  // one unit, the usual case
+      if (written + 1 > capacity) return false;
+      target[written++] = static_cast<char16_t>(ch);
+      continue;
+    }
     char16_t units[2];
     const unsigned int n = encodeUtf16(ch, units);
     if (written + n > capacity) return false;
@@ -120,19 +125,21 @@ bool StoreBlockText(char16_t* target, unsigned int units, const CString& text) {
 CString LoadBlockText(const char16_t* source, unsigned int units) {
   unsigned int length = 0;
   while (length < units && source[length]) ++length;
-  std::wstring text;
-  text.reserve(length);  // a pair of units makes one character: never more characters than units
+  // A pair of units makes one character: never more characters than units.
+  std::wstring text(length, L'\0');
+  std::size_t out = 0;
   for (unsigned int i = 0; i < length; ++i) {
     const char16_t u = source[i];
     const bool pair =
         u >= 0xD800 && u <= 0xDBFF && i + 1 < length && source[i + 1] >= 0xDC00 && source[i + 1] <= 0xDFFF;
     if (pair) {
-      text += static_cast<wchar_t>(0x10000 + ((u - 0xD800) << 10) + (source[i + 1] - 0xDC00));
+      text[out++] = static_cast<wchar_t>(0x10000 + ((u - 0xD800) << 10) + (source[i + 1] - 0xDC00));
       ++i;
     } else {
-      text += static_cast<wchar_t>(u);
+      text[out++] = static_cast<wchar_t>(u);
     }
   }
+  text.resize(out);
   return CString(std::move(text));
 }
 
