@@ -41,6 +41,12 @@ using CCountedMap = CAddressMap<SValue, CCountingAllocator>;
 // Addresses as an allocator hands them out: aligned to 16 bytes.
 std::uint64_t addressOf(unsigned int i) { return 0x7f0000001000ull + 16ull * i; }
 
+// Inserts the addresses `from` to `to` - 1, each with its number as the value.
+template <typename TMap>
+void insertRange(TMap& map, unsigned int from, unsigned int to) {
+  for (unsigned int i = from; i < to; ++i) map.Insert(addressOf(i), SValue{i, 0});
+}
+
 TEST(CAddressMap, FindsInsertedValuesAndForgetsRemovedOnes) {
   CAddressMap<SValue> map;
   EXPECT_TRUE(map.IsEmpty());
@@ -93,11 +99,11 @@ TEST(CAddressMap, StartsWith1024SlotsAndDoublesAboveASixteenthWhileSmall) {
   EXPECT_EQ(map.GetSlotCount(), 0u);
   map.Insert(addressOf(0), SValue{0, 0});
   EXPECT_EQ(map.GetSlotCount(), 1024u);
-  for (unsigned int i = 1; i < 64; ++i) map.Insert(addressOf(i), SValue{i, 0});
+  insertRange(map, 1, 64);
   EXPECT_EQ(map.GetSlotCount(), 1024u);
   map.Insert(addressOf(64), SValue{64, 0});
   EXPECT_EQ(map.GetSlotCount(), 2048u);
-  for (unsigned int i = 65; i < 129; ++i) map.Insert(addressOf(i), SValue{i, 0});
+  insertRange(map, 65, 129);
   EXPECT_EQ(map.GetSlotCount(), 4096u);
   // Nothing got lost in the two moves.
   for (unsigned int i = 0; i < 129; ++i) {
@@ -109,11 +115,11 @@ TEST(CAddressMap, StartsWith1024SlotsAndDoublesAboveASixteenthWhileSmall) {
 TEST(CAddressMap, FillsUpToHalfOnceTheTableIsLarge) {
   CAddressMap<SValue> map;
   // 32,768 slots hold 2,048 entries; the next doubles into the dense range.
-  for (unsigned int i = 0; i < 2048; ++i) map.Insert(addressOf(i), SValue{i, 0});
+  insertRange(map, 0, 2048);
   EXPECT_EQ(map.GetSlotCount(), 32768u);
   map.Insert(addressOf(2048), SValue{2048, 0});
   EXPECT_EQ(map.GetSlotCount(), 65536u);
-  for (unsigned int i = 2049; i < 32768; ++i) map.Insert(addressOf(i), SValue{i, 0});
+  insertRange(map, 2049, 32768);
   EXPECT_EQ(map.GetSlotCount(), 65536u);
   map.Insert(addressOf(32768), SValue{32768, 0});
   EXPECT_EQ(map.GetSlotCount(), 131072u);
@@ -206,7 +212,7 @@ TEST(CAddressMap, ThrowsWhenTheLastFreeSlotWouldGoAndNoLargerTableComes) {
   CCountingAllocator::s_bRefuse = false;
   map.Insert(addressOf(0), SValue{0, 0});
   CCountingAllocator::s_bRefuse = true;
-  for (unsigned int i = 1; i < 1023; ++i) map.Insert(addressOf(i), SValue{i, 0});
+  insertRange(map, 1, 1023);
   try {
     map.Insert(addressOf(1023), SValue{1023, 0});
     FAIL() << "no exception";
@@ -223,7 +229,7 @@ TEST(CAddressMap, AllocatesNothingInSteadyUse) {
   CCountingAllocator::Clear();
   {
     CCountedMap map;
-    for (unsigned int i = 0; i < 40; ++i) map.Insert(addressOf(i), SValue{i, 0});
+    insertRange(map, 0, 40);
     const int afterFirstFill = CCountingAllocator::s_iAllocations;
     EXPECT_EQ(afterFirstFill, 1);  // the table
 
@@ -244,7 +250,7 @@ TEST(CAddressMap, AllocatesNothingInSteadyUse) {
 TEST(CAddressMap, KeepsItsTableWhenGrowingFails) {
   CCountingAllocator::Clear();
   CCountedMap map;
-  for (unsigned int i = 0; i < 64; ++i) map.Insert(addressOf(i), SValue{i, 0});
+  insertRange(map, 0, 64);
   CCountingAllocator::s_bRefuse = true;
   map.Insert(addressOf(64), SValue{64, 0});  // would double the table
   map.Insert(addressOf(65), SValue{65, 0});  // and tries again

@@ -92,10 +92,7 @@ class CAddressMap {
     inserted = slot->uiKey != key;
     if (!inserted) return &slot->value;
     if (m_uiCount + 1 > m_uiLimit) return nullptr;
-    slot->uiKey = key;
-    slot->value = initial;
-    ++m_uiCount;
-    return &slot->value;
+    return &place(slot, key, initial);
   }
 
   bool Remove(std::uint64_t key) {
@@ -207,6 +204,11 @@ class CAddressMap {
     inserted = slot->uiKey != key;
     if (!inserted) return slot->value;
     if (m_uiCount + 1 > m_uiLimit && grow()) slot = probe(key);
+    return place(slot, key, initial);
+  }
+
+  // Puts `key` into the free slot that the probe for it ended at.
+  TValue& place(SSlot* slot, std::uint64_t key, const TValue& initial) {
     slot->uiKey = key;
     slot->value = initial;
     ++m_uiCount;

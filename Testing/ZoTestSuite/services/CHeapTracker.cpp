@@ -151,11 +151,7 @@ inline bool CHeapTracker::performAlone(std::uint64_t oldAddress, std::uint64_t n
     bool inserted = false;
     SAllocData* data = m_Allocations.TryFindOrInsert(newAddress, SAllocData{m_uiNextID, 1, size}, inserted);
     if (!data) return false;
-    if (!inserted) {
-      ++data->iCount;
-      data->uiSize += size;
-      data->uiID = m_uiNextID;
-    }
+    if (!inserted) addAgain(*data, size);
     ++m_uiMallocCount;
     m_iCurrentAlloc += static_cast<std::int64_t>(size);
   } else if constexpr (operation == EOperation::Free) {
@@ -164,9 +160,15 @@ inline bool CHeapTracker::performAlone(std::uint64_t oldAddress, std::uint64_t n
   } else {
     return false;
   }
-  if (m_iCurrentAlloc > m_iCurrentMax) m_iCurrentMax = m_iCurrentAlloc;
-  ++m_uiNextID;
+  countOperation();
   return true;
+}
+
+// An allocation at an address whose free was not seen: the address is live twice.
+inline void CHeapTracker::addAgain(SAllocData& data, std::uint64_t size) const {
+  ++data.iCount;
+  data.uiSize += size;
+  data.uiID = m_uiNextID;
 }
 
 // One allocation at an address goes: the entry goes with the last.
@@ -176,9 +178,13 @@ inline bool CHeapTracker::releaseOne(SAllocData& data) {
   return true;
 }
 
-inline void CHeapTracker::finishOperation() {
+inline void CHeapTracker::countOperation() {
   if (m_iCurrentAlloc > m_iCurrentMax) m_iCurrentMax = m_iCurrentAlloc;
   ++m_uiNextID;
+}
+
+inline void CHeapTracker::finishOperation() {
+  countOperation();
   m_bActive = true;
 }
 
@@ -186,12 +192,7 @@ inline void CHeapTracker::trackAllocatedMemory(std::uint64_t address, std::uint6
   m_iCurrentAlloc += static_cast<std::int64_t>(size);
   bool inserted = false;
   SAllocData& data = m_Allocations.FindOrInsert(address, SAllocData{m_uiNextID, 1, size}, inserted);
-  if (!inserted) {
-    // Its free was not seen: the address is live twice.
-    ++data.iCount;
-    data.uiSize += size;
-    data.uiID = m_uiNextID;
-  }
+  if (!inserted) addAgain(data, size);
 }
 
 inline void CHeapTracker::trackDeallocatedMemory(std::uint64_t address) {

@@ -108,7 +108,9 @@ class CHeapTracker : public INonCopyable, public XbIDumpable<1> {
   void perform(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
   template <EOperation operation>
   bool performAlone(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
+  void countOperation();
   void finishOperation();
+  void addAgain(SAllocData& data, std::uint64_t size) const;
   bool releaseOne(SAllocData& data);
   void trackAllocatedMemory(std::uint64_t address, std::uint64_t size);
   void trackDeallocatedMemory(std::uint64_t address);
