@@ -101,7 +101,8 @@ int serveParent(const SSetup& setup, CEnvironment& env) {
 
 int dispatch(SCommandLine& commandLine, CTerminalSink* sink) {
   SSetup& setup = commandLine.setup;
-  CEnvironment env;
+  CEnvironment env(
+      CString(), commandLine.eMode == EMode::Child ? CEnvironment::EWarmUp::eCaseChild : CEnvironment::EWarmUp::eFull);
   if (commandLine.eMode != EMode::Child && !IsReportToolMode(commandLine.eMode) && !PrepareShard(commandLine))
     return sc_iExitUsage;
   switch (commandLine.eMode) {

@@ -1,7 +1,8 @@
 // isolation_CrashClasses: the test library of the isolation tests. Its
 // classes do what must cost one case and not the run when the case runs in
 // a child process: crash, end the process, hang, flood the output, leak,
-// leave processes behind.
+// leave processes behind; and one that uses the runtime's facilities for
+// the first time in its process.
 // Each class lists fixed subtests, so an empty directory named after the
 // class is all the data it needs. Only child processes and the front end
 // load it; a test program must never run these cases in process.
@@ -12,7 +13,13 @@
 #include <mutex>
 #include <thread>
 
+#include "XbDateTime.h"
+#include "XbSingleton.h"
+#include "XbThreadPool.h"
 #include "ZoAssertDialog.h"
+#include "ZoFileSystem.h"
+#include "ZoStreamFile.h"
+#include "ZoUniqueId.h"
 #include "ZoUnitTest.h"
 #include "isolation_ProcessCalls.h"
 #include "platform/System.h"
@@ -155,3 +162,44 @@ class IsoProcess : public ZoUnitTest {
   }
 };
 XB_IMPLEMENT_DYNCREATE(IsoProcess, ZoUnitTest);
+
+// Each subtest uses one facility of the runtime the way a test does, and
+// passes: "thread" starts and joins a thread, "pool" waits for a task of
+// the thread pool, "file" writes, reads and deletes a temporary file,
+// "text" formats numbers and the time, "id" makes a unique id. Run first in
+// a fresh process, each must cost the case what it costs a case in a
+// process that has used it before.
+class IsoRuntime : public ZoUnitTest {
+  XB_DECLARE_DYNCREATE(IsoRuntime)
+ protected:
+  void OnInitSubtests(XbArray<CString>& names) override {
+    addNames(names, {L"thread", L"pool", L"file", L"text", L"id"});
+  }
+  EResult OnRunSubtest(unsigned int index) override {
+    const CString name = GetSubtestName(index);
+    if (name == L"thread") {
+      std::thread([] { g_spin.fetch_add(1); }).join();
+    } else if (name == L"pool") {
+      auto task = XbSingleton<XbThreadPool>::GetInstance().AddTask([] { g_spin.fetch_add(1); }, 1);
+      if (!task || !task->Wait()) return eFailure;
+      // The worker lets go of the task only after the waiter has seen it
+      // done; its last reference must go within the case.
+      while (task.use_count() > 1) std::this_thread::yield();
+    } else if (name == L"file") {
+      const CString path = ZoFileSystem::GetDirectory(ZoFileSystem::eTemporary) + L"ZoTestSuite-IsoRuntime-" +
+                           ZoUniqueIdT<CString>::GetUniqueID() + L".tmp";
+      { ZoStreamWriteASCIIFile(path, 0, 1, 0) << L"text"; }
+      std::string bytes;
+      const bool read = ZoFileSystem::ReadFile(path, bytes);
+      ZoFileSystem::DeleteFileW(path);
+      if (!read || bytes != "text") return eFailure;
+    } else if (name == L"text") {
+      if (FormatString(L"%s %d %f", L"a", 1, 2.5).IsEmpty()) return eFailure;
+      if (XbDateTime::Now().ToString(L"Y-m-d H:i:s.v", true).IsEmpty()) return eFailure;
+    } else if (ZoUniqueIdT<CString>::GetUniqueID().IsEmpty()) {
+      return eFailure;
+    }
+    return eSuccess;
+  }
+};
+XB_IMPLEMENT_DYNCREATE(IsoRuntime, ZoUnitTest);

@@ -77,7 +77,7 @@ bool readLibraryList(const CString& path, XbArray<CString>& libraries) {
 
 }  // namespace
 
-CEnvironment::CEnvironment(const CString& configurationDirectory)
+CEnvironment::CEnvironment(const CString& configurationDirectory, EWarmUp warmUp)
     : sConfigurationDirectory(resolveConfigurationDirectory(configurationDirectory)) {
   WrCProduct::Set(WrSProductInfo{19, L"ZoTestSuite", L"1.0", L"", 0}, false);
   sInitialDirectory = ZoFileSystem::GetCurrentDirectoryW();
@@ -88,7 +88,7 @@ CEnvironment::CEnvironment(const CString& configurationDirectory)
   if (container->IsEmpty()) XB_THROW("TestSuite::CEnvironment::CEnvironment");
   ZoMessageDispatcher& dispatcher = XbSingleton<ZoMessageDispatcher>::GetInstance();
   if (!dispatcher.IsRunning() && !dispatcher.Start()) XB_THROW("TestSuite::CEnvironment::CEnvironment");
-  PreallocateStaticData();
+  warmUpProcess(warmUp);
 }
 
 CEnvironment::~CEnvironment() {
@@ -132,10 +132,16 @@ void CEnvironment::LoadTestDLLs() {
   for (const CString& name : libraries) LoadDLL(name, true);
 }
 
-void CEnvironment::PreallocateStaticData() {
+void CEnvironment::PreallocateStaticData() { warmUpProcess(EWarmUp::eFull); }
+
+void CEnvironment::warmUpProcess(EWarmUp warmUp) {
   if (auto task = XbSingleton<XbThreadPool>::GetInstance().AddTask([] {}, 1)) task->Wait();
-  std::thread([] {}).join();
-  warmUpFileStreams();
+  if (warmUp == EWarmUp::eFull) {
+    std::thread([] {}).join();
+    warmUpFileStreams();
+  } else {
+    static_cast<void>(ZoUniqueIdT<CString>::GetUniqueID());  // what the file's name would have drawn
+  }
   warmUpTextServices();
   XbTimer timer(1000);
   static_cast<void>(timer.GetElapsedSeconds());
