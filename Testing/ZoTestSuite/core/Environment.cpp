@@ -139,8 +139,6 @@ void CEnvironment::warmUpProcess(EWarmUp warmUp) {
   if (warmUp == EWarmUp::eFull) {
     std::thread([] {}).join();
     warmUpFileStreams();
-  } else {
-    static_cast<void>(ZoUniqueIdT<CString>::GetUniqueID());  // what the file's name would have drawn
   }
   warmUpTextServices();
   XbTimer timer(1000);
