@@ -48,9 +48,10 @@ constexpr unsigned int c_uiCases = 2000;
 constexpr unsigned int c_uiIsolatedCases = 100;
 constexpr unsigned int c_uiBusyCases = 200;
 constexpr double c_dBusyCaseSeconds = 0.020;
-constexpr int c_iBusyRounds = 2;  // a round of the busy cases takes about six seconds
-constexpr int c_iSpawns = 100;    // starts of the front end per round, one after the other like isolated cases
-constexpr int c_iRounds = 5;      // every figure is the median of its rounds
+constexpr int c_iBusyRounds = 2;     // a round of the busy cases takes about six seconds
+constexpr int c_iSpawns = 100;       // starts of the front end around each isolated run, one after the other
+constexpr int c_iIsolatedPairs = 3;  // isolated runs per round, each beside its anchor
+constexpr int c_iRounds = 5;         // every figure is the median of its rounds
 constexpr const char* c_szLibrary = "external_execution_BenchClasses";
 constexpr const char* c_szEchoMode = "--echo";
 
@@ -185,12 +186,12 @@ double secondsPerAccessPair() {
 }
 
 // Seconds per start of the front end that only prints its version, streams
-// on /dev/null, from the start to the reaping, over c_iSpawns starts one
+// on /dev/null, from the start to the reaping, over `starts` starts one
 // after the other: what a child per case costs at the least, measured as the
-// isolated cases are, over a whole round.
-double secondsPerSpawn() {
+// isolated cases are.
+double secondsPerSpawn(int starts) {
   const Clock::time_point start = Clock::now();
-  for (int i = 0; i < c_iSpawns; ++i) {
+  for (int i = 0; i < starts; ++i) {
     ZoPlatform::Process::CChild child;
     if (!child.Start({{CFrontEndStarter().GetProgramPath().ToUtf8(), "--version"},
                       "",
@@ -198,7 +199,23 @@ double secondsPerSpawn() {
       return -1.0;
     if (!child.WaitFor(10000) || child.GetExitStatus().bSignaled || child.GetExitStatus().iCode != 0) return -1.0;
   }
-  return secondsSince(start) / c_iSpawns;
+  return secondsSince(start) / starts;
+}
+
+struct SIsolatedPair {
+  double dIsolated = 0;  // seconds per isolated case
+  double dSpawn = 0;     // seconds per start of the front end, around it
+};
+
+// An isolated run between two halves of the front end's starts: on a
+// machine whose speed drifts (other guests on the host), a case and its
+// anchor are only comparable when measured side by side.
+bool measureIsolatedPair(const SMode& isolated, SIsolatedPair& pair) {
+  const double before = secondsPerSpawn(c_iSpawns / 2);
+  pair.dIsolated = secondsPerCase(isolated);
+  const double after = secondsPerSpawn(c_iSpawns / 2);
+  pair.dSpawn = (before + after) / 2;
+  return before > 0 && after > 0 && pair.dIsolated > 0;
 }
 
 // Iterations of BenchClasses::Work that take c_dBusyCaseSeconds on one
@@ -254,15 +271,18 @@ int runBusyCases() {
 }
 
 // Every mode on the trivial class and the floors beside them; prints them.
+// The isolated cases are measured in pairs with their anchor, several pairs
+// a round, and their ratio is the median of the pairs' ratios.
 int runTrivialCases() {
   const SMode modes[] = {
       {"in process, one thread", L"BenchTrivial", L"trivial", false, false, false, c_uiCases, false},
       {"in process, two worker threads (*)", L"BenchTrivial", L"trivial", false, false, true, c_uiCases, true},
-      {"External (one child)", L"BenchTrivial", L"trivial", true, false, false, c_uiCases, false},
-      {"External Isolated (a child per case)", L"BenchTrivial", L"trivial", true, true, false, c_uiIsolatedCases,
-       false}};
+      {"External (one child)", L"BenchTrivial", L"trivial", true, false, false, c_uiCases, false}};
+  const SMode isolated = {
+      "External Isolated (a child per case)", L"BenchTrivial", L"trivial", true, true, false, c_uiIsolatedCases, false};
   constexpr int c_iModes = sizeof modes / sizeof modes[0];
-  std::vector<double> samples[c_iModes + 3];
+  std::vector<double> samples[c_iModes + 2];
+  std::vector<double> isolatedSamples, spawnSamples, isolatedRatios;
   for (int round = 0; round < c_iRounds; ++round) {
     for (int m = 0; m < c_iModes; ++m) {
       const double seconds = secondsPerCase(modes[m]);
@@ -272,34 +292,47 @@ int runTrivialCases() {
       }
       samples[m].push_back(seconds);
     }
+    for (int p = 0; p < c_iIsolatedPairs; ++p) {
+      SIsolatedPair pair;
+      if (!measureIsolatedPair(isolated, pair)) {
+        std::printf("unexpected: an isolated case did not pass or the front end did not start\n");
+        return 1;
+      }
+      isolatedSamples.push_back(pair.dIsolated);
+      spawnSamples.push_back(pair.dSpawn);
+      isolatedRatios.push_back((pair.dIsolated - samples[0].back()) / pair.dSpawn);
+    }
     const double roundTrip = secondsPerRoundTrip();
-    const double spawn = secondsPerSpawn();
-    if (roundTrip < 0 || spawn < 0) {
-      std::printf("unexpected: the round trip to the echo process or the start of the front end failed\n");
+    if (roundTrip < 0) {
+      std::printf("unexpected: the round trip to the echo process failed\n");
       return 1;
     }
     samples[c_iModes].push_back(roundTrip);
     samples[c_iModes + 1].push_back(secondsPerAccessPair());
-    samples[c_iModes + 2].push_back(spawn);
   }
-  double median[c_iModes + 3];
-  for (int i = 0; i < c_iModes + 3; ++i) median[i] = medianOf(samples[i]);
+  double median[c_iModes + 2];
+  for (int i = 0; i < c_iModes + 2; ++i) median[i] = medianOf(samples[i]);
+  const double isolatedCase = medianOf(isolatedSamples), spawn = medianOf(spawnSamples);
+  const double isolatedRatio = medianOf(isolatedRatios);
   std::printf("Trivial cases, whole runs (Run::Run) with the console off, median of %d rounds:\n", c_iRounds);
   for (int m = 0; m < c_iModes; ++m) printLine(modes[m].szName, modes[m].uiCases, median[m]);
+  printLine(isolated.szName, isolated.uiCases, isolatedCase);
   printLine("floor: block round trip to a process", c_uiCases, median[c_iModes]);
   printLine("  of it: one write and one read access", c_uiCases, median[c_iModes + 1]);
-  std::printf("  %-40s %5d starts %9.1f us/start\n", "floor: start of the front end --version", c_iSpawns,
-              median[c_iModes + 2] * 1e6);
+  std::printf("  %-40s %5d starts %9.1f us/start (around each isolated run)\n",
+              "floor: start of the front end --version", c_iSpawns, spawn * 1e6);
   std::printf("Overhead of External over in process, one thread: %.1f us per case (floor %.1f us)\n",
               (median[2] - median[0]) * 1e6, median[c_iModes] * 1e6);
-  const double isolatedOver = median[3] - median[0];
-  std::printf("External Isolated per case over in process, over the start of the front end: %.2f times\n",
-              isolatedOver / median[c_iModes + 2]);
+  std::printf(
+      "External Isolated per case over in process, over the start of the front end: %.2f times (median of %zu "
+      "side-by-side pairs, from %.2f to %.2f)\n",
+      isolatedRatio, isolatedRatios.size(), *std::min_element(isolatedRatios.begin(), isolatedRatios.end()),
+      *std::max_element(isolatedRatios.begin(), isolatedRatios.end()));
   const double externalOver = median[2] - median[0], floor = median[c_iModes];
   printTableRow("External over in process", withUnit(externalOver * 1e6, "us"), "round trip + 20 us",
                 withUnit((floor + 20e-6) * 1e6, "us"), externalOver / (floor + 20e-6), 1.0, true);
-  printTableRow("External Isolated over in process", withUnit(isolatedOver * 1e6, "us"), "front end --version",
-                withUnit(median[c_iModes + 2] * 1e6, "us"), isolatedOver / median[c_iModes + 2], 1.3, true);
+  printTableRow("External Isolated over in process", withUnit((isolatedCase - median[0]) * 1e6, "us"),
+                "front end --version", withUnit(spawn * 1e6, "us"), isolatedRatio, 1.3, true);
   std::printf(
       "(*) first case start to last case end; the whole run also waits up to 250 ms for the "
       "supervisor's last look.\n");
