@@ -20,8 +20,9 @@ class CEnvironment {
   enum class EWarmUp {
     eFull,  // PreallocateStaticData
     // For a child that serves a parent's cases, started once per case in
-    // isolated runs: only the facilities that keep memory after their first
-    // use (PreallocateStaticData without its thread and file round trips).
+    // isolated runs: only what keeps memory after its first use. The pool
+    // is made but starts its workers with its first task, and there is no
+    // thread, task or file round trip.
     eCaseChild
   };
 

@@ -1,13 +1,18 @@
+// XbThreadPool: priorities, shut-down, failing tasks, and workers that start
+// with the first task.
 #include "foundation/XbThreadPool.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <mutex>
 #include <stdexcept>
 #include <vector>
 
+#include "HeapInterception.h"
 #include "foundation/XbEvent.h"
 #include "foundation/platform/Thread.h"
+#include "services/CHeapTracker.h"
 
 namespace {
 
@@ -106,4 +111,71 @@ TEST(XbThreadPool, AtLeastOneWorkerIsStarted) {
   XbThreadPool defaultPool;
   EXPECT_GE(defaultPool.GetThreadCount(), 1u);
   EXPECT_TRUE(pool.AddTask([] {}, 0)->Wait());
+}
+
+namespace {
+
+std::atomic<int> g_threadStarts{0};
+std::atomic<int> g_threadsAllowed{0};
+
+// Starts real threads while `g_threadsAllowed` lasts, and counts the calls.
+bool startCountedThread(ZoPlatform::Thread::CJoinableThread& thread, void (*function)(void*), void* argument) {
+  ++g_threadStarts;
+  if (g_threadsAllowed.fetch_sub(1) <= 0) return false;
+  return thread.Start(function, argument);
+}
+
+}  // namespace
+
+TEST(XbThreadPool, TheWorkersStartWithTheFirstTask) {
+  g_threadStarts = 0;
+  g_threadsAllowed = 3;
+  XbThreadPool pool(3, &startCountedThread);
+  EXPECT_EQ(g_threadStarts.load(), 0);
+  EXPECT_EQ(pool.GetThreadCount(), 3u);
+  EXPECT_TRUE(pool.AddTask([] {}, 0)->Wait());
+  EXPECT_TRUE(pool.AddTask([] {}, 0)->Wait());
+  EXPECT_EQ(g_threadStarts.load(), 3);
+  EXPECT_EQ(pool.GetThreadCount(), 3u);
+}
+
+TEST(XbThreadPool, APoolWithoutThreadsRefusesTasksUntilItGetsOne) {
+  g_threadStarts = 0;
+  g_threadsAllowed = 0;
+  XbThreadPool pool(2, &startCountedThread);
+  EXPECT_EQ(pool.AddTask([] {}, 0), nullptr);
+  EXPECT_EQ(pool.GetThreadCount(), 2u);
+  g_threadsAllowed = 1;  // the system gives one thread now
+  auto task = pool.AddTask([] {}, 0);
+  ASSERT_NE(task, nullptr);
+  EXPECT_TRUE(task->Wait());
+  EXPECT_EQ(pool.GetThreadCount(), 1u);
+  EXPECT_TRUE(pool.ShutdownAndWait(XB_INFINITE));
+}
+
+TEST(XbThreadPool, APoolNeverUsedShutsDownAtOnce) {
+  g_threadStarts = 0;
+  g_threadsAllowed = 2;
+  XbThreadPool pool(2, &startCountedThread);
+  EXPECT_TRUE(pool.ShutdownAndWait(0));
+  EXPECT_EQ(pool.AddTask([] {}, 0), nullptr);
+  EXPECT_EQ(g_threadStarts.load(), 0);
+}
+
+// Made before a measurement and used first inside it, a pool costs the
+// measurement its task and nothing else: no thread state, no queue room.
+TEST(XbThreadPool, TheFirstTaskCostsAHeapMeasurementOnlyItself) {
+  HEAP_SKIP_WITHOUT_INTERCEPTION();
+  XbThreadPool pool(2);
+  auto task = std::make_shared<XbTask>([] {});
+  TestSuite::CHeapTracker tracker(false, true);
+  tracker.Activate();
+  const bool added = pool.AddTask(task, 0);
+  const bool ran = added && task->Wait();
+  const bool ended = pool.ShutdownAndWait(XB_INFINITE);  // every worker has started and ended
+  tracker.Deactivate();
+  EXPECT_TRUE(ran);
+  EXPECT_TRUE(ended);
+  EXPECT_EQ(tracker.GetMallocCount(), 0u);
+  EXPECT_EQ(tracker.GetReallocCount(), 0u);
 }

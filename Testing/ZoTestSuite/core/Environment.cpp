@@ -135,8 +135,9 @@ void CEnvironment::LoadTestDLLs() {
 void CEnvironment::PreallocateStaticData() { warmUpProcess(EWarmUp::eFull); }
 
 void CEnvironment::warmUpProcess(EWarmUp warmUp) {
-  if (auto task = XbSingleton<XbThreadPool>::GetInstance().AddTask([] {}, 1)) task->Wait();
+  XbThreadPool& pool = XbSingleton<XbThreadPool>::GetInstance();
   if (warmUp == EWarmUp::eFull) {
+    if (auto task = pool.AddTask([] {}, 1)) task->Wait();
     std::thread([] {}).join();
     warmUpFileStreams();
   }

@@ -2,36 +2,58 @@
 #include "XbThreadPool.h"
 
 #include <algorithm>
-#include <system_error>
+#include <thread>
+#include <utility>
 
-#include "XbException.h"
 #include "platform/Thread.h"
+
+namespace {
+
+bool startPlatformThread(ZoPlatform::Thread::CJoinableThread& thread, void (*function)(void*), void* argument) {
+  return thread.Start(function, argument);
+}
+
+template <typename TEntry>
+std::vector<TEntry> roomForOneEntry() {
+  std::vector<TEntry> entries;
+  entries.reserve(1);
+  return entries;
+}
+
+}  // namespace
 
 XbThreadPool::XbThreadPool() : XbThreadPool(std::max(1u, std::thread::hardware_concurrency())) {}
 
-XbThreadPool::XbThreadPool(unsigned int threadCount) { startWorkers(std::max(1u, threadCount)); }
+XbThreadPool::XbThreadPool(unsigned int threadCount) : XbThreadPool(threadCount, &startPlatformThread) {}
+
+XbThreadPool::XbThreadPool(unsigned int threadCount, FnStartThread startThread)
+    : m_queue(SRunsLater(), roomForOneEntry<SEntry>()),
+      m_uiThreadCount(std::max(1u, threadCount)),
+      m_fnStartThread(startThread),
+      m_workers(std::make_unique<ZoPlatform::Thread::CJoinableThread[]>(m_uiThreadCount)) {}
 
 XbThreadPool::~XbThreadPool() { ShutdownAndWait(XB_INFINITE); }
 
-void XbThreadPool::startWorkers(unsigned int threadCount) {
-  for (unsigned int i = 0; i < threadCount; ++i) {
-    try {
-      std::lock_guard lock(m_mutex);
-      m_workers.emplace_back([this] { work(); });
-      ++m_uiLiveWorkers;
-    } catch (const std::system_error&) {
-      break;  // fewer workers than asked for is still a pool
-    }
+void XbThreadPool::runWorker(void* pool) { static_cast<XbThreadPool*>(pool)->work(); }
+
+// Under the lock. A pool whose threads the system refused tries again with
+// the next task.
+bool XbThreadPool::startWorkersOnce() {
+  if (m_uiStartedWorkers > 0) return true;
+  for (unsigned int i = 0; i < m_uiThreadCount; ++i) {
+    if (!m_fnStartThread(m_workers[i], &XbThreadPool::runWorker, this)) break;  // fewer workers is still a pool
+    ++m_uiStartedWorkers;
+    ++m_uiLiveWorkers;
   }
-  if (m_workers.empty()) XB_THROW("XbThreadPool::XbThreadPool");
-  m_uiThreadCount = static_cast<unsigned int>(m_workers.size());
+  m_uiUnjoinedWorkers = m_uiStartedWorkers;
+  return m_uiStartedWorkers > 0;
 }
 
 bool XbThreadPool::AddTask(const std::shared_ptr<XbTask>& task, int priority) {
   if (!task) return false;
   {
     std::lock_guard lock(m_mutex);
-    if (m_bShutDown) return false;
+    if (m_bShutDown || !startWorkersOnce()) return false;
     m_queue.push(SEntry{priority, m_uiNextSequence++, task});
   }
   m_taskAdded.notify_one();
@@ -48,11 +70,16 @@ bool XbThreadPool::ShutdownAndWait(unsigned int milliseconds) {
   m_bShutDown = true;
   m_taskAdded.notify_all();
   if (!XbWaitFor(m_workerEnded, lock, milliseconds, [this] { return m_uiLiveWorkers == 0; })) return false;
-  std::vector<std::thread> ended;
-  ended.swap(m_workers);
+  // One caller joins; each worker has already left work().
+  const unsigned int unjoined = std::exchange(m_uiUnjoinedWorkers, 0u);
   lock.unlock();
-  for (std::thread& worker : ended) worker.join();  // each has already left work()
+  for (unsigned int i = 0; i < unjoined; ++i) m_workers[i].Join();
   return true;
+}
+
+unsigned int XbThreadPool::GetThreadCount() const {
+  std::lock_guard lock(m_mutex);
+  return m_uiStartedWorkers > 0 ? m_uiStartedWorkers : m_uiThreadCount;
 }
 
 bool XbThreadPool::IsShutDown() const {

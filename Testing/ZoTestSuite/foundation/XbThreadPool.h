@@ -1,5 +1,11 @@
 // XbThreadPool: a fixed set of worker threads that run tasks by priority.
 //
+// The workers start with the first task: a pool that is made but never used
+// (a child process that warms up for a case that may not need it) costs no
+// threads. Starting them allocates nothing through malloc, and the queue
+// has its first entry's room from the start, so a task added first inside a
+// heap measurement costs what any later one costs.
+//
 // A task with a higher priority runs before one with a lower priority;
 // tasks of one priority run in the order they were added. Once shut down,
 // the pool refuses new tasks; the tasks already queued still run before
@@ -13,27 +19,32 @@
 #include <memory>
 #include <mutex>
 #include <queue>
-#include <thread>
 #include <vector>
 
 #include "XbTask.h"
 #include "XbWaitLimit.h"
+#include "platform/Thread.h"
 
 class XbThreadPool {
  public:
+  // Starts a worker thread; false if the system gives none.
+  using FnStartThread = bool (*)(ZoPlatform::Thread::CJoinableThread& thread, void (*function)(void*), void* argument);
+
   // One worker per logical processor.
   XbThreadPool();
-  // `threadCount` workers, at least one. Throws XbException if no worker
-  // thread can be started.
+  // `threadCount` workers, at least one.
   explicit XbThreadPool(unsigned int threadCount);
+  // With the workers started by `startThread` (tests refuse threads).
+  XbThreadPool(unsigned int threadCount, FnStartThread startThread);
   // Shuts down and waits without a limit.
   ~XbThreadPool();
   XbThreadPool(const XbThreadPool&) = delete;
   XbThreadPool& operator=(const XbThreadPool&) = delete;
 
-  // Queues `task`. False, and the task is not queued, after shut-down.
+  // Queues `task`. False, and the task is not queued, after shut-down or
+  // when not one worker thread can be started.
   bool AddTask(const std::shared_ptr<XbTask>& task, int priority);
-  // Queues a new task for `function`; null after shut-down.
+  // Queues a new task for `function`; null where the other one is false.
   std::shared_ptr<XbTask> AddTask(std::function<void()> function, int priority);
 
   // Stops taking tasks and waits until all workers have ended, at most
@@ -41,8 +52,9 @@ class XbThreadPool {
   // false, a later call may wait again.
   bool ShutdownAndWait(unsigned int milliseconds);
   bool IsShutDown() const;
-  // The number of workers the pool started with.
-  unsigned int GetThreadCount() const { return m_uiThreadCount; }
+  // The number of workers: those that started with the first task (fewer
+  // than asked for if the system refused some), before it those to come.
+  unsigned int GetThreadCount() const;
 
  private:
   struct SEntry {
@@ -56,7 +68,8 @@ class XbThreadPool {
     }
   };
 
-  void startWorkers(unsigned int threadCount);
+  static void runWorker(void* pool);
+  bool startWorkersOnce();
   void work();
 
   mutable std::mutex m_mutex;
@@ -66,6 +79,9 @@ class XbThreadPool {
   std::uint64_t m_uiNextSequence = 0;
   bool m_bShutDown = false;
   unsigned int m_uiLiveWorkers = 0;
-  unsigned int m_uiThreadCount = 0;
-  std::vector<std::thread> m_workers;
+  unsigned int m_uiStartedWorkers = 0;
+  unsigned int m_uiUnjoinedWorkers = 0;
+  const unsigned int m_uiThreadCount;
+  const FnStartThread m_fnStartThread;
+  std::unique_ptr<ZoPlatform::Thread::CJoinableThread[]> m_workers;
 };
