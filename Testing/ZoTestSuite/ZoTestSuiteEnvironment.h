@@ -20,9 +20,10 @@ class CEnvironment {
   enum class EWarmUp {
     eFull,  // PreallocateStaticData
     // For a child that serves a parent's cases, started once per case in
-    // isolated runs: only what keeps memory after its first use. The pool
-    // is made but starts its workers with its first task, and there is no
-    // thread, task or file round trip.
+    // isolated runs: only what keeps memory after its first use there. The
+    // pool is made but starts its workers with its first task; there is no
+    // thread, task or file round trip, and no text formatting, which the
+    // front end's own start has already used.
     eCaseChild
   };
 

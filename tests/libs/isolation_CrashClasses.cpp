@@ -15,6 +15,7 @@
 
 #include "XbDateTime.h"
 #include "XbSingleton.h"
+#include "XbStream.h"
 #include "XbThreadPool.h"
 #include "ZoAssertDialog.h"
 #include "ZoFileSystem.h"
@@ -194,7 +195,9 @@ class IsoRuntime : public ZoUnitTest {
       ZoFileSystem::DeleteFileW(path);
       if (!read || bytes != "text") return eFailure;
     } else if (name == L"text") {
-      if (FormatString(L"%s %d %f", L"a", 1, 2.5).IsEmpty()) return eFailure;
+      XbStreamWriteASCIIStringT<CString> stream;
+      stream << FormatString(L"%s %d %I64u %f %S", L"a", 1, std::uint64_t{2}, 2.5, "b") << std::uint64_t{4};
+      if (stream.GetString().IsEmpty()) return eFailure;
       if (XbDateTime::Now().ToString(L"Y-m-d H:i:s.v", true).IsEmpty()) return eFailure;
     } else if (ZoUniqueIdT<CString>::GetUniqueID().IsEmpty()) {
       return eFailure;

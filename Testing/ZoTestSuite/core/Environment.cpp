@@ -140,8 +140,8 @@ void CEnvironment::warmUpProcess(EWarmUp warmUp) {
     if (auto task = pool.AddTask([] {}, 1)) task->Wait();
     std::thread([] {}).join();
     warmUpFileStreams();
+    warmUpTextServices();
   }
-  warmUpTextServices();
   XbTimer timer(1000);
   static_cast<void>(timer.GetElapsedSeconds());
 }
