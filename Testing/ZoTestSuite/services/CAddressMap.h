@@ -22,7 +22,6 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <optional>
 #include <type_traits>
 
 #include "foundation/XbException.h"
@@ -101,22 +100,9 @@ class CAddressMap {
 
   // Finds `key` and hands its value to `done`, which may change it and
   // answers whether the entry goes. False if the map lacks the key or the
-  // entry stays.
+  // entry stays. Allocates nothing.
   template <typename TDone>
   bool RemoveIf(std::uint64_t key, TDone&& done) {
-    if (const std::optional<bool> removed = TryRemoveIf(key, done)) return *removed;
-    SSlot* slot = probe(key);
-    if (!done(slot->value)) return false;
-    shiftBack(static_cast<unsigned int>(slot - m_pSlots));
-    --m_uiCount;
-    return true;
-  }
-
-  // RemoveIf where no other entry has to move: nothing, with `done` not
-  // called, where the key sits in front of another entry. Calls nothing
-  // but `done`.
-  template <typename TDone>
-  std::optional<bool> TryRemoveIf(std::uint64_t key, TDone&& done) {
     if (key == 0) {
       if (!m_bHasZero || !done(m_ZeroValue)) return false;
       m_bHasZero = false;
@@ -124,11 +110,11 @@ class CAddressMap {
     }
     if (m_uiCount == 0) return false;
     SSlot* slot = probe(key);
-    if (slot->uiKey != key) return false;
-    const unsigned int index = static_cast<unsigned int>(slot - m_pSlots);
-    if (m_pSlots[(index + 1) & m_uiMask].uiKey != 0) return std::nullopt;
-    if (!done(slot->value)) return false;
-    slot->uiKey = 0;
+    if (slot->uiKey != key || !done(slot->value)) return false;
+    const auto index = static_cast<unsigned int>(slot - m_pSlots);
+    // Mostly the next slot is free and nothing has to move.
+    if (m_pSlots[(index + 1) & m_uiMask].uiKey == 0) slot->uiKey = 0;
+    else shiftBack(index);
     --m_uiCount;
     return true;
   }

@@ -143,7 +143,8 @@ inline void CHeapTracker::perform(std::uint64_t oldAddress, std::uint64_t newAdd
 
 // A malloc or free of the lone tracker done in place, without allocating
 // and so without clearing `active`; false, with nothing changed, where it
-// needs more.
+// needs more. A free never does: removing allocates nothing, also where
+// entries behind the removed one move up.
 template <CHeapTracker::EOperation operation>
 inline bool CHeapTracker::performAlone(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
   if constexpr (operation == EOperation::Malloc) {
@@ -155,8 +156,8 @@ inline bool CHeapTracker::performAlone(std::uint64_t oldAddress, std::uint64_t n
     ++m_uiMallocCount;
     m_iCurrentAlloc += static_cast<std::int64_t>(size);
   } else if constexpr (operation == EOperation::Free) {
-    if (!m_Allocations.TryRemoveIf(oldAddress, [this](SAllocData& data) { return releaseOne(data); })) return false;
     ++m_uiFreeCount;
+    trackDeallocatedMemory(oldAddress);
   } else {
     return false;
   }
