@@ -1,5 +1,4 @@
-// XbReentrantLock: the contended path (the brief spin and the futex sleep)
-// and the look-up of the single-thread flag.
+// XbReentrantLock: the contended path (the brief spin and the futex sleep).
 #include "foundation/XbReentrantLock.h"
 
 #include "foundation/platform/Futex.h"
@@ -20,12 +19,6 @@ inline void spinPause() noexcept {
 }  // namespace
 
 namespace Futex = ZoPlatform::Futex;
-
-const volatile char* XbReentrantLock::lookUpSingleThreadedFlag() noexcept {
-  const volatile char* flag = Futex::SingleThreadedFlag();
-  s_pSingleThreadedFlag.store(flag, std::memory_order_relaxed);
-  return flag;
-}
 
 void XbReentrantLock::wakeOne() noexcept { Futex::WakeOne(m_state); }
 

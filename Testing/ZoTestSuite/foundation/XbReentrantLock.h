@@ -12,6 +12,8 @@
 #include <atomic>
 #include <cstdint>
 
+#include "foundation/platform/Futex.h"
+
 class XbReentrantLock {
  public:
   constexpr XbReentrantLock() = default;
@@ -32,6 +34,19 @@ class XbReentrantLock {
 
   bool TryLock() noexcept;
 
+  // A brief hold without re-entry, for a caller among threads that calls
+  // nothing while it holds: one compare-and-swap and no owner bookkeeping.
+  // False where anyone holds the lock, this thread included; the caller then
+  // takes the lock the re-entrant way. Meanwhile the lock counts as held by
+  // no thread in particular, and ends with ReleaseHold.
+  bool TryHold() noexcept {
+    std::uint32_t expected = eFree;
+    return m_state.compare_exchange_strong(expected, eLocked, std::memory_order_acquire, std::memory_order_relaxed);
+  }
+  void ReleaseHold() noexcept {
+    if (m_state.exchange(eFree, std::memory_order_release) == eContended) wakeOne();
+  }
+
   // Whether the calling thread holds the lock.
   bool IsHeldByCurrentThread() const noexcept { return m_owner.load(std::memory_order_relaxed) == currentThreadTag(); }
 
@@ -47,13 +62,8 @@ class XbReentrantLock {
   void unlock() noexcept { Unlock(); }
   bool try_lock() noexcept { return TryLock(); }
 
-  // Whether the process has only ever had one thread. Reads the C library's
-  // own flag through a pointer looked up once, so that it calls nothing.
-  static bool IsProcessSingleThreaded() noexcept {
-    const volatile char* flag = s_pSingleThreadedFlag.load(std::memory_order_relaxed);
-    if (!flag) flag = lookUpSingleThreadedFlag();
-    return *flag != 0;
-  }
+  // Whether the process has only ever had one thread; calls nothing.
+  static bool IsProcessSingleThreaded() noexcept { return *ZoPlatform::Futex::g_pSingleThreadedFlag != 0; }
 
  private:
   enum : std::uint32_t { eFree = 0, eLocked = 1, eContended = 2 };
@@ -95,12 +105,8 @@ class XbReentrantLock {
     return reinterpret_cast<std::uintptr_t>(&t_cTag);
   }
 
-  static const volatile char* lookUpSingleThreadedFlag() noexcept;
-
   void acquireContended() noexcept;
   void wakeOne() noexcept;
-
-  static constinit inline std::atomic<const volatile char*> s_pSingleThreadedFlag{nullptr};
 
   std::atomic<std::uint32_t> m_state{eFree};  // eContended: someone may sleep on it
   std::atomic<std::uintptr_t> m_owner{0};     // the owner's tag, 0 when free

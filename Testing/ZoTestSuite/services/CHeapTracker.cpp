@@ -208,33 +208,31 @@ inline void CHeapTracker::checkAllocation(std::uint64_t id, std::uint64_t size) 
 // One instance per operation, so that the allocator path decides nothing
 // but which trackers are active. The usual case, one active tracker, is
 // served in place: without lock, list walk or calls while the process has
-// one thread, under the lock otherwise. Whatever needs more (memory for the
-// map, a trap, entries to move, a second tracker) goes the general way out
-// of line.
+// one thread, under a brief hold of the lock otherwise. Whatever needs more
+// (memory for the map, a trap, entries to move, a second tracker, a lock
+// that someone holds) goes the general way out of line.
 template <CHeapTracker::EOperation operation>
 inline void CHeapTracker::dispatch(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
+  // A tail call: the path of a single thread keeps its registers.
+  if (!XbReentrantLock::IsProcessSingleThreaded()) return dispatchAmongThreads<operation>(oldAddress, newAddress, size);
   CHeapTracker* lone = s_pLoneTracker.load(std::memory_order_relaxed);
-  if (lone && lone->m_bActive) {
-    if (XbReentrantLock::IsProcessSingleThreaded()) {
-      if (lone->performAlone<operation>(oldAddress, newAddress, size)) return;
-    } else if (dispatchAloneAmongThreads<operation>(oldAddress, newAddress, size)) {
-      return;
-    }
-  }
+  if (lone && lone->m_bActive && lone->performAlone<operation>(oldAddress, newAddress, size)) return;
   dispatchToAll<operation>(oldAddress, newAddress, size);
 }
 
-// The lone tracker's way with more than one thread; false, with nothing
-// changed, where the general way has to follow.
 template <CHeapTracker::EOperation operation>
-bool CHeapTracker::dispatchAloneAmongThreads(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
-  HeapHooks::g_TrackerLock.LockAmongThreads();
-  // Read again under the lock: the list may have changed meanwhile.
+void CHeapTracker::dispatchAmongThreads(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size) {
   CHeapTracker* lone = s_pLoneTracker.load(std::memory_order_relaxed);
-  const bool done =
-      !s_bDeactivateGlobal && lone && lone->m_bActive && lone->performAlone<operation>(oldAddress, newAddress, size);
-  HeapHooks::g_TrackerLock.UnlockAmongThreads();
-  return done;
+  // Looked at before the hold, so that no tracker at work costs no lock.
+  if (lone && lone->m_bActive && HeapHooks::g_TrackerLock.TryHold()) {
+    // Held, the lock is held by nobody else: the list is not being changed
+    // (s_bDeactivateGlobal is false), but it may have changed before.
+    lone = s_pLoneTracker.load(std::memory_order_relaxed);
+    const bool done = lone && lone->m_bActive && lone->performAlone<operation>(oldAddress, newAddress, size);
+    HeapHooks::g_TrackerLock.ReleaseHold();
+    if (done) return;
+  }
+  dispatchToAll<operation>(oldAddress, newAddress, size);
 }
 
 template <CHeapTracker::EOperation operation>

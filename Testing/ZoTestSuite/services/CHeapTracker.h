@@ -93,9 +93,10 @@ class CHeapTracker : public INonCopyable, public XbIDumpable<1> {
 
   template <EOperation operation>
   static void dispatch(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
+  // The dispatch of a process that has had more than one thread.
   template <EOperation operation>
-  [[gnu::noinline]] static bool dispatchAloneAmongThreads(std::uint64_t oldAddress, std::uint64_t newAddress,
-                                                          std::uint64_t size);
+  [[gnu::noinline]] static void dispatchAmongThreads(std::uint64_t oldAddress, std::uint64_t newAddress,
+                                                     std::uint64_t size);
   template <EOperation operation>
   [[gnu::noinline]] static void dispatchToAll(std::uint64_t oldAddress, std::uint64_t newAddress, std::uint64_t size);
   static void updateLoneTracker();

@@ -16,8 +16,9 @@ void WakeOne(std::atomic<std::uint32_t>& word) noexcept;
 
 // A byte that is nonzero while no second thread has ever been started in
 // this process. Once zero it stays zero for good, so a nonzero value means
-// that no other thread can be holding or awaiting anything. The byte is the
-// same for the life of the process: it may be read without a call.
-const volatile char* SingleThreadedFlag() noexcept;
+// that no other thread can be holding or awaiting anything. The pointer is
+// constant-initialised, valid before any constructor has run, and the byte
+// is the same for the life of the process: it is read without a call.
+extern const volatile char* const g_pSingleThreadedFlag;
 
 }  // namespace ZoPlatform::Futex

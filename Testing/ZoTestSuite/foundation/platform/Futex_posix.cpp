@@ -26,6 +26,6 @@ void WakeOne(std::atomic<std::uint32_t>& word) noexcept {
   ::syscall(SYS_futex, wordOf(word), FUTEX_WAKE_PRIVATE, 1, nullptr, nullptr, 0);
 }
 
-const volatile char* SingleThreadedFlag() noexcept { return &__libc_single_threaded; }
+constinit const volatile char* const g_pSingleThreadedFlag = &__libc_single_threaded;
 
 }  // namespace ZoPlatform::Futex
