@@ -179,3 +179,33 @@ TEST(XbThreadPool, TheFirstTaskCostsAHeapMeasurementOnlyItself) {
   EXPECT_EQ(tracker.GetMallocCount(), 0u);
   EXPECT_EQ(tracker.GetReallocCount(), 0u);
 }
+
+// A waiter that returns from Wait, or sees the task done, holds the only
+// reference left: the worker has let go of its own, so a caller that drops
+// its handle next frees the task there and then.
+TEST(XbThreadPool, AWaiterSeesATaskDoneOnlyOnceItsWorkerHasLetGo) {
+  XbThreadPool pool(2);
+  int early = 0;
+  for (int i = 0; i < 3000; ++i) {
+    std::shared_ptr<XbTask> task = pool.AddTask([] {}, 1);
+    ASSERT_TRUE(task);
+    if (i % 2 == 0) {
+      ASSERT_TRUE(task->Wait());
+    } else {
+      while (!task->IsDone()) {}
+    }
+    if (task.use_count() != 1) ++early;
+  }
+  EXPECT_EQ(early, 0) << "times the worker still held the task";
+}
+
+TEST(XbThreadPool, ATaskCanBeAskedAfterItsPoolIsGone) {
+  auto pool = std::make_unique<XbThreadPool>(1);
+  std::shared_ptr<XbTask> task = pool->AddTask([] {}, 1);
+  ASSERT_TRUE(task);
+  ASSERT_TRUE(task->Wait());
+  pool.reset();
+  EXPECT_TRUE(task->IsDone());
+  EXPECT_TRUE(task->Wait(0));
+  EXPECT_TRUE(task->Wait());
+}

@@ -5,6 +5,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/Futex.h"
 #include "platform/Thread.h"
 
 namespace {
@@ -30,7 +31,8 @@ XbThreadPool::XbThreadPool(unsigned int threadCount, FnStartThread startThread)
     : m_queue(SRunsLater(), roomForOneEntry<SEntry>()),
       m_uiThreadCount(std::max(1u, threadCount)),
       m_fnStartThread(startThread),
-      m_workers(std::make_unique<ZoPlatform::Thread::CJoinableThread[]>(m_uiThreadCount)) {}
+      m_workers(std::make_unique<ZoPlatform::Thread::CJoinableThread[]>(m_uiThreadCount)),
+      m_runnerWords(new std::atomic<std::uint32_t>[m_uiThreadCount]()) {}
 
 XbThreadPool::~XbThreadPool() { ShutdownAndWait(XB_INFINITE); }
 
@@ -77,6 +79,17 @@ bool XbThreadPool::ShutdownAndWait(unsigned int milliseconds) {
   return true;
 }
 
+// The word holds a new ticket (never 0, the word's value while the worker
+// holds no task) from before the run until the reference has gone.
+void XbThreadPool::runAndLetGo(std::shared_ptr<XbTask> task, const XbTask::CRunnerWord& word, std::uint32_t& ticket) {
+  if (++ticket == 0) ticket = 1;
+  word->store(ticket, std::memory_order_relaxed);
+  task->run(word, ticket);
+  task.reset();
+  word->store(0, std::memory_order_release);
+  ZoPlatform::Futex::WakeAll(*word);
+}
+
 unsigned int XbThreadPool::GetThreadCount() const {
   std::lock_guard lock(m_mutex);
   return m_uiStartedWorkers > 0 ? m_uiStartedWorkers : m_uiThreadCount;
@@ -90,14 +103,16 @@ bool XbThreadPool::IsShutDown() const {
 void XbThreadPool::work() {
   ZoPlatform::Thread::SetCurrentName("XbThreadPool");
   std::unique_lock lock(m_mutex);
+  // An alias of the words, which takes no memory.
+  const XbTask::CRunnerWord word(m_runnerWords, &m_runnerWords[m_uiWordsGiven++]);
+  std::uint32_t ticket = 0;
   for (;;) {
     m_taskAdded.wait(lock, [this] { return m_bShutDown || !m_queue.empty(); });
     if (m_queue.empty()) break;  // shut down and nothing left to do
-    std::shared_ptr<XbTask> task = m_queue.top().task;
+    std::shared_ptr<XbTask> task = std::move(m_queue.top().task);
     m_queue.pop();
     lock.unlock();
-    task->Run();
-    task.reset();
+    runAndLetGo(std::move(task), word, ticket);
     lock.lock();
   }
   --m_uiLiveWorkers;

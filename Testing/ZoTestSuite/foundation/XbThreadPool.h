@@ -13,6 +13,7 @@
 // pool's own tasks, which would wait for itself.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
@@ -71,6 +72,7 @@ class XbThreadPool {
   static void runWorker(void* pool);
   bool startWorkersOnce();
   void work();
+  void runAndLetGo(std::shared_ptr<XbTask> task, const XbTask::CRunnerWord& word, std::uint32_t& ticket);
 
   mutable std::mutex m_mutex;
   std::condition_variable m_taskAdded;
@@ -84,4 +86,8 @@ class XbThreadPool {
   const unsigned int m_uiThreadCount;
   const FnStartThread m_fnStartThread;
   std::unique_ptr<ZoPlatform::Thread::CJoinableThread[]> m_workers;
+  // One word per worker, which holds the ticket of the task that the worker
+  // holds (see XbTask); made with the pool, so that running takes no memory.
+  std::shared_ptr<std::atomic<std::uint32_t>[]> m_runnerWords;
+  unsigned int m_uiWordsGiven = 0;
 };

@@ -13,6 +13,8 @@ namespace ZoPlatform::Futex {
 void Wait(std::atomic<std::uint32_t>& word, std::uint32_t expected) noexcept;
 // Wakes one thread that sleeps on `word`, if there is one.
 void WakeOne(std::atomic<std::uint32_t>& word) noexcept;
+// Wakes every thread that sleeps on `word`.
+void WakeAll(std::atomic<std::uint32_t>& word) noexcept;
 
 // A byte that is nonzero while no second thread has ever been started in
 // this process. Once zero it stays zero for good, so a nonzero value means

@@ -1,5 +1,6 @@
 // Futex on Linux: the futex system call on a private word, and glibc's flag
 // of a process that never had a second thread.
+#include <limits.h>
 #include <linux/futex.h>
 #include <sys/single_threaded.h>
 #include <sys/syscall.h>
@@ -24,6 +25,10 @@ void Wait(std::atomic<std::uint32_t>& word, std::uint32_t expected) noexcept {
 
 void WakeOne(std::atomic<std::uint32_t>& word) noexcept {
   ::syscall(SYS_futex, wordOf(word), FUTEX_WAKE_PRIVATE, 1, nullptr, nullptr, 0);
+}
+
+void WakeAll(std::atomic<std::uint32_t>& word) noexcept {
+  ::syscall(SYS_futex, wordOf(word), FUTEX_WAKE_PRIVATE, INT_MAX, nullptr, nullptr, 0);
 }
 
 constinit const volatile char* const g_pSingleThreadedFlag = &__libc_single_threaded;
